@@ -1,0 +1,64 @@
+#include "native/zlog/bit_walk.h"
+
+#include <algorithm>
+
+#include "native/zlog/bit_kernels.h"
+
+namespace qv::native::zlog {
+
+std::size_t walk::distant_pair(std::span<const std::uint32_t> words, std::size_t at) {
+  if (at >= words.size()) return at;
+  const std::size_t left = words.size() - at;
+  const std::size_t step = kernels().first_other(words.data() + at, left, 0);
+  return step == left ? words.size() : (at + step) & ~std::size_t{1};
+}
+
+std::int32_t next_clear(ConstBitSpan set, std::int32_t bit) {
+  const std::int32_t limit = set.limit();
+  if (bit >= limit - 1) return -1;
+  const std::span<const std::uint32_t> words = set.used();
+  const std::uint32_t from = bit < 0 ? 0 : static_cast<std::uint32_t>(bit) + 1;
+  std::size_t at = from / kWordBits;
+  std::uint32_t clear = ~words[at] & (~std::uint32_t{0} << from % kWordBits);
+  if (clear == 0) {
+    ++at;
+    at += kernels().first_other(words.data() + at, words.size() - at, ~std::uint32_t{0});
+    if (at == words.size()) return -1;
+    clear = ~words[at];
+  }
+  const std::uint64_t found =
+      std::uint64_t{at} * kWordBits + static_cast<unsigned>(std::countr_zero(clear));
+  return found < static_cast<std::uint32_t>(limit) ? static_cast<std::int32_t>(found) : -1;
+}
+
+std::int32_t prev_set(ConstBitSpan set, std::int32_t bit) {
+  if (bit <= 0 || set.limit() == 0) return -1;
+  const std::span<const std::uint32_t> words = set.used();
+  const auto last = static_cast<std::uint32_t>(std::min(bit, set.limit()) - 1);
+  std::size_t at = last / kWordBits;
+  std::uint32_t below = words[at] & (~std::uint32_t{0} >> (kWordBits - 1 - last % kWordBits));
+  if (below == 0) {
+    const std::size_t found = kernels().last_other(words.data(), at, 0);
+    if (found == at) return -1;
+    at = found;
+    below = words[at];
+  }
+  return static_cast<std::int32_t>(at * kWordBits) + kWordBits - 1 - std::countl_zero(below);
+}
+
+int test_bit(ConstBitSpan set, std::int32_t bit) {
+  if (bit < 0 || bit >= set.limit()) return 0;
+  return static_cast<int>(set.words[static_cast<std::size_t>(bit / kWordBits)] >> bit % kWordBits &
+                          1);
+}
+
+int set_bit(BitSpan set, std::int32_t bit, bool value) {
+  if (bit < 0 || bit >= set.limit()) return -1;
+  std::uint32_t& word = set.words[static_cast<std::size_t>(bit / kWordBits)];
+  const std::uint32_t mask = std::uint32_t{1} << bit % kWordBits;
+  const int before = (word & mask) != 0 ? 1 : 0;
+  word = value ? word | mask : word & ~mask;
+  return before;
+}
+
+}  // namespace qv::native::zlog
