@@ -1,0 +1,310 @@
+#include "automation/arguments.h"
+
+#include <dispex.h>
+
+#include <cstring>
+
+namespace qv::dispatch {
+namespace {
+
+AdaptObject adapt_object = nullptr;
+FindRecord find_record = nullptr;
+
+bool is_missing(const VARIANT& value) noexcept {
+  return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
+}
+
+bool equal_values(const VARIANT& a, const VARIANT& b) noexcept {
+  if (a.vt != VT_BSTR) return a.llVal == b.llVal;
+  const UINT bytes = SysStringByteLen(a.bstrVal);
+  return bytes == SysStringByteLen(b.bstrVal) &&
+         (bytes == 0 || std::memcmp(a.bstrVal, b.bstrVal, bytes) == 0);
+}
+
+IUnknown* object_in(const VARIANT& value) noexcept {
+  return (value.vt & VT_BYREF) != 0 ? *value.ppunkVal : value.punkVal;
+}
+
+bool holds_object(const VARIANT& value) noexcept {
+  const VARTYPE type = value.vt & ~VT_BYREF;
+  return type == VT_DISPATCH || type == VT_UNKNOWN;
+}
+
+// A one-dimensional array as an array of another element type, elements converted.
+HRESULT convert_array(SAFEARRAY* source, VARTYPE from, VARTYPE to, SAFEARRAY** target) noexcept {
+  *target = nullptr;
+  if (source == nullptr) return S_OK;
+  if (SafeArrayGetDim(source) != 1) return DISP_E_TYPEMISMATCH;
+  SAFEARRAYBOUND bound = source->rgsabound[0];
+  SAFEARRAY* fresh = SafeArrayCreate(to, 1, &bound);
+  if (fresh == nullptr) return E_OUTOFMEMORY;
+  HRESULT status = S_OK;
+  for (ULONG i = 0; i < bound.cElements && SUCCEEDED(status); ++i) {
+    LONG index = bound.lLbound + static_cast<LONG>(i);
+    Holder element;
+    Holder copy;
+    // Elements go through a Variant that refers to them, so that one conversion serves all types.
+    VARIANT reference{};
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | from);
+    status = SafeArrayPtrOfIndex(source, &index, &reference.byref);
+    if (FAILED(status)) break;
+    if (to == VT_VARIANT) {
+      status = VariantCopyInd(&element, &reference);
+      if (SUCCEEDED(status)) status = SafeArrayPutElement(fresh, &index, &element);
+    } else {
+      status = convert(reference, to, &element);
+      if (FAILED(status)) break;
+      void* data = to == VT_BSTR ? static_cast<void*>(element.bstrVal) : &element.llVal;
+      status = SafeArrayPutElement(fresh, &index, data);
+    }
+  }
+  if (FAILED(status)) {
+    SafeArrayDestroy(fresh);
+    return status;
+  }
+  *target = fresh;
+  return S_OK;
+}
+
+}  // namespace
+
+void set_object_adapter(AdaptObject adapter) noexcept { adapt_object = adapter; }
+void set_record_finder(FindRecord finder) noexcept { find_record = finder; }
+
+VARIANT& variable_of(VARIANT& argument) noexcept {
+  return is_variable(argument) ? *argument.pvarVal : argument;
+}
+
+VARIANT* argument_at(CallFrame& frame, std::size_t position) noexcept {
+  VARIANT* argument = frame.positions[position];
+  return argument == nullptr || is_missing(variable_of(*argument)) ? nullptr : argument;
+}
+
+HRESULT convert(const VARIANT& source, VARTYPE type, VARIANT* target) noexcept {
+  try {
+    // A Variant is laid out as a VARIANT: this one stays the caller's.
+    *target = converted(reinterpret_cast<const Variant&>(source), type).release();
+    return S_OK;
+  } catch (...) {
+    return to_hresult(current_run_time_error().number);
+  }
+}
+
+HRESULT take_default(const ParameterRow& parameter, VARTYPE type, VARIANT* target) noexcept {
+  target->vt = type;
+  target->llVal = 0;
+  switch (parameter.default_value.kind) {
+    case Default::Kind::text:
+      target->bstrVal = SysAllocString(parameter.default_value.text);
+      return target->bstrVal != nullptr ? S_OK : E_OUTOFMEMORY;
+    case Default::Kind::number: {
+      VARIANT number{};
+      number.vt = VT_I4;
+      number.lVal = parameter.default_value.number;
+      return type == VT_I4 ? (*target = number, S_OK) : convert(number, type, target);
+    }
+    case Default::Kind::none:
+      break;
+  }
+  return S_OK;
+}
+
+HRESULT take_value(CallFrame& frame, std::size_t position, VARTYPE type,
+                   VARIANT* target) noexcept {
+  frame.bad_position = position;
+  const VARIANT* argument = argument_at(frame, position);
+  if (argument == nullptr) {
+    const ParameterRow& parameter = frame.operation.parameters[position];
+    return parameter.optional ? take_default(parameter, type, target) : DISP_E_PARAMNOTOPTIONAL;
+  }
+  const VARIANT& value = variable_of(*const_cast<VARIANT*>(argument));
+  if (value.vt == type && type != VT_BSTR) {
+    target->vt = type;
+    target->llVal = value.llVal;
+    return S_OK;
+  }
+  if ((value.vt & VT_ARRAY) != 0) return DISP_E_TYPEMISMATCH;
+  return convert(*argument, type, target);
+}
+
+HRESULT give_to_variable(VARIANT& variable, VARIANT& value, const VARIANT& before) noexcept {
+  if (variable.vt != VT_EMPTY && equal_values(value, before)) return S_OK;
+  const HRESULT status = VariantClear(&variable);
+  if (FAILED(status)) return status;
+  variable = value;
+  value.vt = VT_EMPTY;
+  return S_OK;
+}
+
+HRESULT RefVariant::take(CallFrame& frame, std::size_t position) noexcept {
+  frame.bad_position = position;
+  VARIANT* argument = frame.positions[position];
+  value_ = &holder_;
+  if (argument == nullptr) {
+    const ParameterRow& parameter = frame.operation.parameters[position];
+    if (!parameter.optional) return DISP_E_PARAMNOTOPTIONAL;
+    if (parameter.default_value.kind == Default::Kind::text) {
+      return take_default(parameter, VT_BSTR, &holder_);
+    }
+    holder_.vt = VT_ERROR;
+    holder_.scode = DISP_E_PARAMNOTFOUND;
+    return S_OK;
+  }
+  if (is_variable(*argument)) {
+    value_ = argument->pvarVal;
+    return S_OK;
+  }
+  if ((argument->vt & VT_BYREF) != 0) {
+    // The reference itself travels on: reading and assigning go through to the typed variable.
+    static_cast<VARIANT&>(holder_) = *argument;
+    return S_OK;
+  }
+  return VariantCopy(&holder_, argument);
+}
+
+HRESULT InVariant::take(CallFrame& frame, std::size_t position) noexcept {
+  frame.bad_position = position;
+  VARIANT* argument = frame.positions[position];
+  if (argument != nullptr) return VariantCopyInd(&holder_, argument);
+  if (!frame.operation.parameters[position].optional) return DISP_E_PARAMNOTOPTIONAL;
+  holder_.vt = VT_ERROR;
+  holder_.scode = DISP_E_PARAMNOTFOUND;
+  return S_OK;
+}
+
+HRESULT RefArrayBase::take(CallFrame& frame, std::size_t position) noexcept {
+  frame.bad_position = position;
+  VARIANT* argument = argument_at(frame, position);
+  const auto own_type = static_cast<VARTYPE>(VT_ARRAY | element_);
+  value_ = &holder_.parray;
+  holder_.vt = own_type;
+  holder_.parray = nullptr;
+  if (argument == nullptr) {
+    return frame.operation.parameters[position].optional ? S_OK : DISP_E_PARAMNOTOPTIONAL;
+  }
+  if (argument->vt == (VT_BYREF | own_type)) {
+    value_ = argument->pparray;
+    return S_OK;
+  }
+  VARIANT& variable = variable_of(*argument);
+  if (is_variable(*argument)) {
+    if (variable.vt == own_type) {
+      value_ = &variable.parray;
+      return S_OK;
+    }
+    variable_ = &variable;
+  }
+  // An empty variable is an array that the method is to make.
+  if (variable.vt == VT_EMPTY) return S_OK;
+  if ((variable.vt & VT_ARRAY) == 0) return DISP_E_TYPEMISMATCH;
+  SAFEARRAY* source = (variable.vt & VT_BYREF) != 0 ? *variable.pparray : variable.parray;
+  const auto from = static_cast<VARTYPE>(variable.vt & VT_TYPEMASK);
+  return convert_array(source, from, element_, &holder_.parray);
+}
+
+HRESULT RefArrayBase::give_back(CallFrame&, bool) noexcept {
+  if (variable_ == nullptr) return S_OK;
+  SAFEARRAY* converted_array = nullptr;
+  HRESULT status = convert_array(holder_.parray, element_, VT_VARIANT, &converted_array);
+  if (FAILED(status)) return status;
+  // A script's own `Dim a(n)` array is referred to, not held: its pointer is exchanged in place.
+  if (variable_->vt == (VT_BYREF | VT_ARRAY | VT_VARIANT)) {
+    std::swap(*variable_->pparray, converted_array);
+    if (converted_array != nullptr) SafeArrayDestroy(converted_array);
+    return S_OK;
+  }
+  status = VariantClear(variable_);
+  if (FAILED(status)) {
+    if (converted_array != nullptr) SafeArrayDestroy(converted_array);
+    return status;
+  }
+  if (converted_array != nullptr) {
+    variable_->vt = VT_ARRAY | VT_VARIANT;
+    variable_->parray = converted_array;
+  }
+  return S_OK;
+}
+
+ObjectArgument::~ObjectArgument() {
+  if (object_ != nullptr) object_->Release();
+}
+
+HRESULT ObjectArgument::take(CallFrame& frame, std::size_t position) noexcept {
+  frame.bad_position = position;
+  VARIANT* argument = argument_at(frame, position);
+  if (argument == nullptr) {
+    return frame.operation.parameters[position].optional ? S_OK : DISP_E_PARAMNOTOPTIONAL;
+  }
+  VARIANT& variable = variable_of(*argument);
+  if (is_variable(*argument)) variable_ = &variable;
+  // An empty variable is an object variable that nothing was assigned to.
+  if (variable.vt == VT_EMPTY) return S_OK;
+  if (!holds_object(variable)) return DISP_E_TYPEMISMATCH;
+  if ((variable.vt & VT_BYREF) != 0) {
+    typed_variable_ = variable.ppdispVal;
+    variable_ = nullptr;
+  }
+  IUnknown* source = object_in(variable);
+  if (source == nullptr) return S_OK;
+  if (SUCCEEDED(source->QueryInterface(interface_id_, reference()))) {
+    before_ = object_;
+    return S_OK;
+  }
+  if (adapt_object != nullptr) {
+    const auto dispatch = Object<IDispatch>::from(source);
+    if (dispatch) object_ = adapt_object(dispatch.get(), interface_id_);
+  }
+  before_ = object_;
+  return object_ != nullptr ? S_OK : DISP_E_TYPEMISMATCH;
+}
+
+HRESULT ObjectArgument::give_back(CallFrame&, bool) noexcept {
+  if (object_ == before_) return S_OK;
+  // Every interface of ours is a dual one, so its pointer is an IDispatch.
+  auto* fresh = static_cast<IDispatch*>(std::exchange(object_, nullptr));
+  if (typed_variable_ != nullptr) {
+    if (*typed_variable_ != nullptr) (*typed_variable_)->Release();
+    *typed_variable_ = fresh;
+    return S_OK;
+  }
+  if (variable_ == nullptr) {
+    if (fresh != nullptr) fresh->Release();
+    return S_OK;
+  }
+  VariantClear(variable_);
+  variable_->vt = VT_DISPATCH;
+  variable_->pdispVal = fresh;
+  return S_OK;
+}
+
+HRESULT RecordArgument::take_reference(CallFrame& frame, std::size_t position,
+                                       void** data) noexcept {
+  frame.bad_position = position;
+  VARIANT* argument = argument_at(frame, position);
+  if (argument == nullptr) return DISP_E_PARAMNOTOPTIONAL;
+  const VARIANT& variable = variable_of(*argument);
+  if ((variable.vt & ~VT_BYREF) != VT_RECORD || variable.pRecInfo == nullptr) {
+    return DISP_E_TYPEMISMATCH;
+  }
+  Object<IRecordInfo> own;
+  const HRESULT status = find_record(own.receive());
+  if (FAILED(status)) return status;
+  if (own->IsMatchingType(variable.pRecInfo) == FALSE) return DISP_E_TYPEMISMATCH;
+  *data = variable.pvRecord;
+  return S_OK;
+}
+
+HRESULT RecordArgument::give_result(CallFrame& frame, const void* data) noexcept {
+  Object<IRecordInfo> info;
+  HRESULT status = find_record(info.receive());
+  if (FAILED(status)) return status;
+  void* copy = nullptr;
+  status = info->RecordCreateCopy(const_cast<void*>(data), &copy);
+  if (FAILED(status)) return status;
+  frame.result->vt = VT_RECORD;
+  frame.result->pvRecord = copy;
+  frame.result->pRecInfo = info.release();
+  return S_OK;
+}
+
+}  // namespace qv::dispatch

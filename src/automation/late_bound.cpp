@@ -1,0 +1,86 @@
+#include "automation/late_bound.h"
+
+#include <dispex.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace qv::late_bound {
+namespace {
+
+HRESULT find_member(IDispatch* object, const wchar_t* name, DISPID* id) noexcept {
+  if (const auto extended = Object<IDispatchEx>::from(object)) {
+    const BSTR text = SysAllocString(name);
+    const HRESULT result = extended.get()->GetDispID(text, fdexNameCaseInsensitive, id);
+    SysFreeString(text);
+    if (SUCCEEDED(result)) return result;
+  }
+  auto* text = const_cast<wchar_t*>(name);
+  return object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, id);
+}
+
+RunTimeError taken_from(EXCEPINFO& info) {
+  if (info.pfnDeferredFillIn != nullptr) info.pfnDeferredFillIn(&info);
+  return RunTimeError{
+      .number = info.wCode != 0 ? static_cast<Long>(info.wCode) : to_error_number(info.scode),
+      .source = Text::adopt(info.bstrSource),
+      .description = Text::adopt(info.bstrDescription),
+      .help_file = Text::adopt(info.bstrHelpFile),
+      .help_context = static_cast<Long>(info.dwHelpContext)};
+}
+
+Variant invoke(const Object<IDispatch>& object, const wchar_t* name, WORD kind,
+               std::initializer_list<Variant> arguments) {
+  DISPID id = DISPID_UNKNOWN;
+  check(find_member(object.operator->(), name, &id));
+  std::vector<VARIANT> reversed;
+  reversed.reserve(arguments.size());
+  for (const Variant& argument : arguments) reversed.push_back(*argument.raw());
+  std::ranges::reverse(reversed);
+
+  DISPID put_id = DISPID_PROPERTYPUT;
+  const bool is_put = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  DISPPARAMS parameters{reversed.data(), is_put ? &put_id : nullptr,
+                        static_cast<UINT>(reversed.size()), is_put ? 1U : 0U};
+  Variant answer;
+  EXCEPINFO exception{};
+  const HRESULT result =
+      object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                     is_put ? nullptr : answer.raw(), &exception, nullptr);
+  if (result == DISP_E_EXCEPTION) raise(taken_from(exception));
+  check(result);
+  return answer;
+}
+
+}  // namespace
+
+Variant get(const Object<IDispatch>& object, const wchar_t* property,
+            std::initializer_list<Variant> arguments) {
+  // A property may be written as a method, and the caller can't tell.
+  return invoke(object, property, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments);
+}
+
+void put(const Object<IDispatch>& object, const wchar_t* property, const Variant& value) {
+  invoke(object, property, value.is_object() ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT,
+         {value});
+}
+
+Variant call(const Object<IDispatch>& object, const wchar_t* method,
+             std::initializer_list<Variant> arguments) {
+  return invoke(object, method, DISPATCH_METHOD, arguments);
+}
+
+Variant by_reference(Variant& variable) noexcept {
+  VARIANT reference;
+  VariantInit(&reference);
+  reference.vt = VT_BYREF | VT_VARIANT;
+  reference.pvarVal = variable.raw();
+  return Variant::adopt(reference);
+}
+
+bool has_member(const Object<IDispatch>& object, const wchar_t* name) noexcept {
+  DISPID id = DISPID_UNKNOWN;
+  return object && SUCCEEDED(find_member(object.get(), name, &id));
+}
+
+}  // namespace qv::late_bound

@@ -1,0 +1,129 @@
+#include "automation/variant.h"
+
+namespace qv {
+namespace {
+
+constexpr Long kObjectRequired = 424;
+
+// The Variant that a Variant by reference leads to; Automation allows one such step.
+const VARIANT& inner(const VARIANT& value) noexcept {
+  return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
+}
+
+VARIANT convert(const VARIANT& value, VARTYPE type) {
+  VARIANT result;
+  VariantInit(&result);
+  const VARTYPE from = inner(value).vt & ~VT_BYREF;
+  if (from == VT_NULL) raise(kInvalidUseOfNull);
+  // Text of a Boolean is "True", not "-1".
+  const USHORT flags = type == VT_BSTR ? VARIANT_ALPHABOOL : 0;
+  check(VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), LOCALE_USER_DEFAULT, flags,
+                            type));
+  return result;
+}
+
+// Stores a value of the very type that the variable referred to has.
+void store_by_reference(VARIANT& reference, VARIANT& value) noexcept {
+  switch (reference.vt & ~VT_BYREF) {
+    case VT_UI1:
+      *reference.pbVal = value.bVal;
+      break;
+    case VT_I2:
+    case VT_BOOL:
+      *reference.piVal = value.iVal;
+      break;
+    case VT_I4:
+    case VT_R4:
+    case VT_ERROR:
+    case VT_INT:
+      *reference.plVal = value.lVal;
+      break;
+    case VT_R8:
+    case VT_DATE:
+    case VT_CY:
+    case VT_I8:
+      *reference.pllVal = value.llVal;
+      break;
+    case VT_BSTR:
+      std::swap(*reference.pbstrVal, value.bstrVal);
+      break;
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      std::swap(*reference.ppunkVal, value.punkVal);
+      break;
+    default:
+      std::swap(*reference.pparray, value.parray);
+      break;
+  }
+  VariantClear(&value);  // what the variable held before
+}
+
+}  // namespace
+
+VARTYPE Variant::type() const noexcept { return inner(value_).vt & ~VT_BYREF; }
+
+bool Variant::is_missing() const noexcept {
+  const VARIANT& value = inner(value_);
+  return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
+}
+
+Variant converted(const Variant& value, VARTYPE type) {
+  return Variant::adopt(convert(*value.raw(), type));
+}
+
+Boolean Variant::to_boolean() const {
+  const VARIANT& value = inner(value_);
+  return Boolean((value.vt == VT_BOOL ? value : convert(value, VT_BOOL)).boolVal != VARIANT_FALSE);
+}
+
+Byte Variant::to_byte() const { return convert(value_, VT_UI1).bVal; }
+Integer Variant::to_integer() const {
+  return value_.vt == VT_I2 ? value_.iVal : convert(value_, VT_I2).iVal;
+}
+Long Variant::to_long() const {
+  return value_.vt == VT_I4 ? value_.lVal : convert(value_, VT_I4).lVal;
+}
+Single Variant::to_single() const { return convert(value_, VT_R4).fltVal; }
+Double Variant::to_double() const {
+  return value_.vt == VT_R8 ? value_.dblVal : convert(value_, VT_R8).dblVal;
+}
+Date Variant::to_date() const { return Date{convert(value_, VT_DATE).date}; }
+Currency Variant::to_currency() const { return Currency{convert(value_, VT_CY).cyVal.int64}; }
+
+Text Variant::to_text() const {
+  if (is_text()) return Text(text_view());
+  return Text::adopt(convert(value_, VT_BSTR).bstrVal);
+}
+
+Object<IDispatch> Variant::to_object() const {
+  if (!is_object()) raise(kObjectRequired);
+  const VARIANT& value = inner(value_);
+  IUnknown* object = (value.vt & VT_BYREF) != 0 ? *value.ppunkVal : value.punkVal;
+  auto dispatch = Object<IDispatch>::from(object);
+  if (object != nullptr && !dispatch) raise(to_error_number(E_NOINTERFACE));
+  return dispatch;
+}
+
+std::wstring_view Variant::text_view() const noexcept {
+  const VARIANT& value = inner(value_);
+  BSTR text = (value.vt & VT_BYREF) != 0 ? *value.pbstrVal : value.bstrVal;
+  return text == nullptr ? std::wstring_view() : std::wstring_view(text, SysStringLen(text));
+}
+
+SAFEARRAY* Variant::array() const noexcept {
+  const VARIANT& value = inner(value_);
+  return (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
+}
+
+void Variant::assign(Variant value) {
+  VARIANT& target = const_cast<VARIANT&>(inner(value_));
+  if ((target.vt & VT_BYREF) == 0) {
+    std::swap(target, value.value_);
+    return;
+  }
+  const VARTYPE wanted = target.vt & ~VT_BYREF;
+  if (value.value_.vt != wanted) value = adopt(convert(value.value_, wanted));
+  store_by_reference(target, value.value_);
+}
+
+}  // namespace qv
