@@ -1,0 +1,11 @@
+# Peers: Debian's libdeflate-dev (CRC-32) and libstorm-dev (coder of the same block format).
+find_path(LIBDEFLATE_INCLUDE libdeflate.h)
+find_library(LIBDEFLATE_LIBRARY deflate)
+find_library(STORM_LIBRARY storm)
+if(LIBDEFLATE_INCLUDE AND LIBDEFLATE_LIBRARY AND STORM_LIBRARY)
+  add_executable(cpr_bench ${CMAKE_CURRENT_LIST_DIR}/cpr_bench.cpp)
+  target_include_directories(cpr_bench PRIVATE ${LIBDEFLATE_INCLUDE})
+  target_link_libraries(cpr_bench PRIVATE qv_native ${LIBDEFLATE_LIBRARY} ${STORM_LIBRARY})
+else()
+  message(STATUS "cpr_bench: not built, libdeflate-dev and libstorm-dev are not both installed")
+endif()

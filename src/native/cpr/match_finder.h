@@ -1,0 +1,122 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <span>
+
+#include "native/cpr/block_format.h"
+#include "native/cpr/little_endian.h"
+
+namespace qv::native::cpr {
+
+// How far a search goes.
+struct Search {
+  unsigned depth;        // earlier places looked at for one position
+  unsigned long_enough;  // a match that goes on is not searched anew from this length on
+};
+
+// Finds, for each position of a piece of text, the matches worth using: of each length the nearest.
+// Pairs and triples have their nearest earlier place noted beforehand; longer ones stand in chains
+// of places with the same four bytes, newest first. The piece is asked backwards, so that a match
+// often is the one of the position behind, begun a byte earlier.
+class MatchFinder {
+ public:
+  static constexpr std::size_t kMostBytes = 32767;
+
+  explicit MatchFinder(Search search) : search_(search) {}
+
+  // Takes text[begin, begin + size), at most kMostBytes, and what lies before it in reach. The text
+  // must outlive the questions.
+  void load(std::span<const std::uint8_t> text, std::size_t begin, std::size_t size);
+
+  // Calls take(length, distance) for the matches at a position of the piece, each longer and
+  // farther than the one before; it holds for all lengths down to that one. To be called from the
+  // last position down to the first.
+  template <typename Take>
+  void for_each_match(std::size_t position, Take&& take);
+
+ private:
+  static constexpr std::size_t kReach = block_format::kLargestDictionary;
+  static constexpr unsigned kHashBits = 15;
+  static constexpr std::uint16_t kNowhere = 0xFFFF;
+
+  // Equal bytes at two places of which `length` are known to be equal; at most `limit`.
+  static unsigned equal_bytes(const std::uint8_t* a, const std::uint8_t* b, unsigned length,
+                              unsigned limit) {
+    for (; length + 8 <= limit; length += 8) {
+      const std::uint64_t differ = load_little_endian<std::uint64_t>(a + length) ^
+                                   load_little_endian<std::uint64_t>(b + length);
+      if (differ != 0) return length + static_cast<unsigned>(std::countr_zero(differ)) / 8;
+    }
+    while (length < limit && a[length] == b[length]) ++length;
+    return length;
+  }
+
+  void note_pair(std::size_t place);
+  void note_triple(std::size_t place, std::uint32_t bytes);
+
+  Search search_;
+  // Places count from the first byte in reach; the piece lies from piece_ to end_.
+  const std::uint8_t* text_ = nullptr;
+  std::size_t piece_ = 0;
+  std::size_t end_ = 0;
+  // The longest match of the position asked for last.
+  unsigned length_ = 0;
+  unsigned distance_ = 0;
+  // By place: the distance of the nearest same pair and triple (0 for none), and the places before
+  // with the same hash.
+  std::array<std::uint16_t, kReach + kMostBytes> pairs_;
+  std::array<std::uint16_t, kReach + kMostBytes> triples_;
+  std::array<std::uint16_t, kReach + kMostBytes> triple_chain_;
+  std::array<std::uint16_t, kReach + kMostBytes> chain_;
+  std::array<std::uint16_t, 1u << 16> pair_heads_;
+  std::array<std::uint16_t, 1u << kHashBits> triple_heads_;
+  std::array<std::uint16_t, 1u << kHashBits> heads_;
+};
+
+template <typename Take>
+void MatchFinder::for_each_match(std::size_t position, Take&& take) {
+  const std::size_t place = piece_ + position;
+  const std::uint8_t* const here = text_ + place;
+  const auto limit =
+      static_cast<unsigned>(std::min<std::size_t>(block_format::kLongestMatch, end_ - place));
+  const bool goes_on = length_ > 0 && distance_ <= place && *here == *(here - distance_);
+  const unsigned whole = goes_on ? std::min(length_ + 1, limit) : 0;
+  const unsigned whole_distance = distance_;
+
+  length_ = 0;
+  if (const unsigned distance = pairs_[place]; distance != 0) take(2u, distance);
+  const unsigned triple = triples_[place];
+  if (triple == 0) return;
+  take(3u, triple);
+  length_ = 3;
+  distance_ = triple;
+  if (limit == 3) return;
+  if (whole < search_.long_enough) {
+    const std::size_t reach = place > kReach ? place - kReach : 0;
+    unsigned left = search_.depth;
+    for (std::size_t earlier = chain_[place]; earlier != kNowhere && earlier >= reach && left > 0;
+         earlier = chain_[earlier], --left) {
+      const std::uint8_t* const there = text_ + earlier;
+      if (load_little_endian<std::uint32_t>(there + length_ - 3) !=
+          load_little_endian<std::uint32_t>(here + length_ - 3)) {
+        continue;
+      }
+      const unsigned length = equal_bytes(here, there, 0, limit);
+      if (length <= length_) continue;
+      length_ = length;
+      distance_ = static_cast<unsigned>(place - earlier);
+      take(length_, distance_);
+      if (length == limit) return;
+    }
+  }
+  if (whole > length_) {
+    length_ = whole;
+    distance_ = whole_distance;
+    take(length_, distance_);
+  }
+}
+
+}  // namespace qv::native::cpr
