@@ -15,9 +15,9 @@ std::size_t walk::distant_pair(std::span<const std::uint32_t> words, std::size_t
 
 std::int32_t next_clear(ConstBitSpan set, std::int32_t bit) {
   const std::int32_t limit = set.limit();
-  if (bit >= limit - 1) return -1;
   const std::span<const std::uint32_t> words = set.used();
   const std::uint32_t from = bit < 0 ? 0 : static_cast<std::uint32_t>(bit) + 1;
+  if (from >= static_cast<std::uint32_t>(limit)) return -1;
   std::size_t at = from / kWordBits;
   std::uint32_t clear = ~words[at] & (~std::uint32_t{0} << from % kWordBits);
   if (clear == 0) {
@@ -43,7 +43,7 @@ std::int32_t prev_set(ConstBitSpan set, std::int32_t bit) {
     at = found;
     below = words[at];
   }
-  return static_cast<std::int32_t>(at * kWordBits) + kWordBits - 1 - std::countl_zero(below);
+  return static_cast<std::int32_t>(at * kWordBits + std::bit_width(below) - 1);
 }
 
 int test_bit(ConstBitSpan set, std::int32_t bit) {

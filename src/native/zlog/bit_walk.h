@@ -38,8 +38,8 @@ inline std::size_t nonzero_pair(std::span<const std::uint32_t> words, std::size_
 // negative number comes bit 0.
 inline std::int32_t next_set(ConstBitSpan set, std::int32_t bit) {
   const std::int32_t limit = set.limit();
-  if (bit >= limit - 1) return -1;
   const std::uint32_t from = bit < 0 ? 0 : static_cast<std::uint32_t>(bit) + 1;
+  if (from >= static_cast<std::uint32_t>(limit)) return -1;
   std::size_t at = from / 64 * 2;
   std::uint64_t pair = walk::pair_at(set.words, at) >> (from % 64);
   std::uint64_t found = from;
