@@ -22,8 +22,8 @@ using namespace block_format;
 // Texts longer than this are parsed piece by piece; matches still reach back into the piece before.
 constexpr std::size_t kPieceBytes = MatchFinder::kMostBytes;
 
-constexpr Search kStandardSearch{48, 24};
-constexpr Search kSmallestSearch{1024, 160};
+constexpr Search kStandardSearch{24, 12};
+constexpr Search kSmallestSearch{200, 64};
 
 // A code with what follows it, first bit lowest.
 struct Word {
@@ -65,60 +65,70 @@ constexpr LiteralWords kTextWords = make_literal_words(DataType::text);
 
 constexpr unsigned kDictionaryCode = kLargestDictionaryCode;
 
-// A token of the parse, and the bits from it to the end of the piece above it, so that the cheapest
-// of several is their minimum.
-using Step = std::uint64_t;
-constexpr unsigned kCostShift = 32;
+// What a token of some length costs to the end of the piece, in bits, above that length, so that
+// the cheapest of several is their minimum.
+using Choice = std::uint32_t;
+constexpr unsigned kLengthBits = 10;
+static_assert(kLongestMatch < 1u << kLengthBits);
+static_assert(kPieceBytes * (1 + kLongestLiteralCode) < 1u << (32 - kLengthBits));
 
-constexpr Step step_of(std::uint32_t cost_bits, std::uint32_t length, std::uint32_t distance) {
-  return (Step{cost_bits} << kCostShift) | (length << 16) | distance;
-}
-constexpr std::uint32_t cost_of(Step step) {
-  return static_cast<std::uint32_t>(step >> kCostShift);
-}
-constexpr std::uint32_t length_of(Step step) {
-  return static_cast<std::uint32_t>(step >> 16) & 0xFFFF;
-}
-constexpr std::uint32_t distance_of(Step step) { return static_cast<std::uint32_t>(step) & 0xFFFF; }
+constexpr Choice bits_as_choice(std::uint32_t bits) { return bits << kLengthBits; }
+constexpr Choice without_length(Choice choice) { return choice >> kLengthBits << kLengthBits; }
+constexpr unsigned length_of(Choice choice) { return choice & ((1u << kLengthBits) - 1); }
 
-// Among lengths of one code only the longest is worth a try beyond this one.
-constexpr unsigned kEveryLength = 11;
+consteval std::array<Choice, kLongestMatch + 1> make_length_choices() {
+  std::array<Choice, kLongestMatch + 1> choices{};
+  for (unsigned length = kShortestMatch; length <= kLongestMatch; ++length) {
+    choices[length] = bits_as_choice(kLengthWords[length].bits) | length;
+  }
+  return choices;
+}
+constexpr auto kLengthChoices = make_length_choices();
+
+// Lengths up to the first of these are all tried; beyond it, those that no longer one with a code
+// as short follows, and the whole match.
+constexpr std::array<unsigned, 7> kGroupEnds{11, 15, 23, 39, 71, 135, 263};
 
 class Parser {
  public:
   explicit Parser(const LiteralWords& literals) : literals_(literals) {}
 
-  // The cheapest parse of text[begin, end), which the finder has been given; its cost in bits.
-  std::size_t parse(const std::uint8_t* text, std::size_t size, MatchFinder& finder) {
+  // Finds the cheapest parse of the piece, which the finder has been given; its cost in bits.
+  std::size_t parse(const std::uint8_t* piece, std::size_t size, MatchFinder& finder) {
     costs_[size] = 0;
     for (std::size_t i = size; i-- > 0;) {
-      const std::uint32_t* const costs = &costs_[i];
-      Step best = step_of(literals_[text[i]].bits + costs[1], 1, 0);
-      unsigned tried = kShortestMatch;
-      finder.for_each_match(i, [&](unsigned length, unsigned distance) {
-        best = std::min(best, best_of_match(costs, tried, length, distance));
-        tried = length + 1;
+      const Choice* const costs = &costs_[i];
+      // The distance rides below the choice, so that the minimum takes it along without a branch.
+      std::uint64_t best = std::uint64_t{costs[1] + (bits_as_choice(literals_[piece[i]].bits) | 1)}
+                           << 32;
+      finder.for_each_match(i, [&](unsigned shortest, unsigned longest, unsigned distance) {
+        const Choice choice = best_of_match(costs, shortest, longest, distance - 1);
+        best = std::min(best, (std::uint64_t{choice} << 32) | distance);
       });
-      steps_[i] = static_cast<std::uint32_t>(best);
-      costs_[i] = cost_of(best);
+      const auto choice = static_cast<Choice>(best >> 32);
+      costs_[i] = without_length(choice);
+      steps_[i] = {static_cast<std::uint16_t>(length_of(choice)), static_cast<std::uint16_t>(best)};
     }
-    return costs_[0];
+    return costs_[0] >> kLengthBits;
   }
 
-  void write(const std::uint8_t* text, std::size_t size, BitWriter& out) const {
-    for (std::size_t i = 0; i < size;) {
-      const unsigned length = length_of(steps_[i]);
-      if (length == 1) {
-        const Word literal = literals_[text[i]];
+  void write(const std::uint8_t* piece, std::size_t size, BitWriter& out) const {
+    for (std::size_t i = 0; i < size; i += steps_[i].length) {
+      if (steps_[i].distance == 0) {
+        const Word literal = literals_[piece[i]];
         out.put(literal.pattern, literal.bits);
       } else {
-        put_match(length, distance_of(steps_[i]) - 1, out);
+        put_match(steps_[i].length, steps_[i].distance - 1u, out);
       }
-      i += length;
     }
   }
 
  private:
+  struct Step {
+    std::uint16_t length;
+    std::uint16_t distance;  // 0: a literal
+  };
+
   static void put_match(unsigned length, unsigned back, BitWriter& out) {
     const unsigned low_bits = length == kShortestMatch ? kPairDistanceBits : kDictionaryCode;
     const Code code = kDistanceCodes[back >> low_bits];
@@ -128,43 +138,30 @@ class Parser {
     out.put(word.pattern, word.bits);
   }
 
-  // The cheapest of the lengths first to last at this distance.
-  static Step best_of_match(const std::uint32_t* costs, unsigned first, unsigned last,
-                            unsigned distance) {
-    Step best = ~Step{0};
-    const unsigned back = distance - 1;
-    unsigned length = first;
-    if (length == kShortestMatch) {
-      if (back < kPairReach) {
-        const std::uint32_t bits = kLengthWords[length].bits +
-                                   kDistanceCodeBits[back >> kPairDistanceBits] + kPairDistanceBits;
-        best = step_of(bits + costs[length], length, distance);
+  static Choice best_of_match(const Choice* costs, unsigned shortest, unsigned longest,
+                              unsigned back) {
+    if (shortest == kShortestMatch) {
+      const unsigned bits = kDistanceCodeBits[back >> kPairDistanceBits] + kPairDistanceBits;
+      return costs[shortest] + kLengthChoices[shortest] + bits_as_choice(bits);
+    }
+    Choice best = costs[longest] + kLengthChoices[longest];
+    if (longest > kGroupEnds[0]) {
+      for (std::size_t i = 1; kGroupEnds[i] < longest; ++i) {
+        const unsigned end = kGroupEnds[i];
+        if (end >= shortest) best = std::min(best, costs[end] + kLengthChoices[end]);
+        if (i + 1 == kGroupEnds.size()) break;
       }
-      ++length;
+      longest = kGroupEnds[0] + 1;
     }
-    const std::uint32_t distance_bits =
-        kDistanceCodeBits[back >> kDictionaryCode] + kDictionaryCode;
-    for (const unsigned stop = std::min(last, kEveryLength); length <= stop; ++length) {
-      const std::uint32_t bits = distance_bits + kLengthWords[length].bits;
-      best = std::min(best, step_of(bits + costs[length], length, distance));
+    for (unsigned length = shortest; length < longest; ++length) {
+      best = std::min(best, costs[length] + kLengthChoices[length]);
     }
-    if (length > last) return best;
-    for (std::size_t symbol = kLengthSymbols; symbol-- > 0;) {
-      const unsigned base = kLengthBase[symbol];
-      if (base > last) continue;
-      if (base < kEveryLength) break;
-      const unsigned end =
-          std::min({last, base + (1u << kLengthExtraBits[symbol]) - 1, kLongestMatch});
-      if (end < length) break;
-      const std::uint32_t bits = distance_bits + kLengthWords[end].bits;
-      best = std::min(best, step_of(bits + costs[end], end, distance));
-    }
-    return best;
+    return best + bits_as_choice(kDistanceCodeBits[back >> kDictionaryCode] + kDictionaryCode);
   }
 
   const LiteralWords& literals_;
-  std::array<std::uint32_t, kPieceBytes + 1> costs_;
-  std::array<std::uint32_t, kPieceBytes> steps_;
+  std::array<Choice, kPieceBytes + 1> costs_;
+  std::array<Step, kPieceBytes> steps_;
 };
 
 }  // namespace

@@ -6,7 +6,7 @@ namespace {
 constexpr std::uint32_t kHashFactor = 0x9E3779B1;
 
 // Hash collisions among triples are followed so far; beyond it a triple may pass for a new one.
-constexpr int kMostCollisions = 4;
+constexpr int kMostCollisions = 32;
 
 }  // namespace
 

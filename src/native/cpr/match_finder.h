@@ -82,40 +82,50 @@ void MatchFinder::for_each_match(std::size_t position, Take&& take) {
   const std::uint8_t* const here = text_ + place;
   const auto limit =
       static_cast<unsigned>(std::min<std::size_t>(block_format::kLongestMatch, end_ - place));
-  const bool goes_on = length_ > 0 && distance_ <= place && *here == *(here - distance_);
-  const unsigned whole = goes_on ? std::min(length_ + 1, limit) : 0;
+  // No match is longer than the longest one behind it and a byte before that. If that one goes on
+  // here it is the nearest of its length, and only nearer ones need be looked for.
+  const unsigned bound = std::min(length_ + 1, limit);
   const unsigned whole_distance = distance_;
+  const bool goes_on = bound > 3 && whole_distance <= place && *here == *(here - whole_distance);
 
-  length_ = 0;
-  if (const unsigned distance = pairs_[place]; distance != 0) take(2u, distance);
+  if (goes_on && bound >= search_.long_enough) {
+    length_ = bound;
+    take(search_.long_enough / 2, bound, whole_distance);
+    return;
+  }
+  length_ = 1;
+  if (const unsigned distance = pairs_[place]; distance != 0) {
+    take(2u, 2u, distance);
+    length_ = 2;
+  }
   const unsigned triple = triples_[place];
   if (triple == 0) return;
-  take(3u, triple);
+  take(3u, 3u, triple);
   length_ = 3;
   distance_ = triple;
-  if (limit == 3) return;
-  if (whole < search_.long_enough) {
-    const std::size_t reach = place > kReach ? place - kReach : 0;
-    unsigned left = search_.depth;
-    for (std::size_t earlier = chain_[place]; earlier != kNowhere && earlier >= reach && left > 0;
-         earlier = chain_[earlier], --left) {
-      const std::uint8_t* const there = text_ + earlier;
-      if (load_little_endian<std::uint32_t>(there + length_ - 3) !=
-          load_little_endian<std::uint32_t>(here + length_ - 3)) {
-        continue;
-      }
-      const unsigned length = equal_bytes(here, there, 0, limit);
-      if (length <= length_) continue;
-      length_ = length;
-      distance_ = static_cast<unsigned>(place - earlier);
-      take(length_, distance_);
-      if (length == limit) return;
+  if (bound <= 3) return;
+  const std::size_t reach = goes_on          ? place - whole_distance + 1
+                            : place > kReach ? place - kReach
+                                             : 0;
+  unsigned left = search_.depth;
+  for (std::size_t earlier = chain_[place]; earlier != kNowhere && earlier >= reach && left > 0;
+       earlier = chain_[earlier], --left) {
+    const std::uint8_t* const there = text_ + earlier;
+    if (load_little_endian<std::uint32_t>(there + length_ - 3) !=
+        load_little_endian<std::uint32_t>(here + length_ - 3)) {
+      continue;
     }
+    const unsigned length = equal_bytes(here, there, 0, limit);
+    if (length <= length_) continue;
+    distance_ = static_cast<unsigned>(place - earlier);
+    take(length_ + 1, length, distance_);
+    length_ = length;
+    if (length >= bound) return;
   }
-  if (whole > length_) {
-    length_ = whole;
+  if (goes_on && bound > length_) {
     distance_ = whole_distance;
-    take(length_, distance_);
+    take(length_ + 1, bound, distance_);
+    length_ = bound;
   }
 }
 
