@@ -71,6 +71,16 @@ consteval long long power_of_x(unsigned exponent) {
   return static_cast<long long>(std::uint64_t{value} << 1);
 }
 
+struct Powers {
+  long long low;
+  long long high;
+};
+consteval Powers powers_over(unsigned bytes) {
+  return {power_of_x(bytes * 8 + 32), power_of_x(bytes * 8 - 32)};
+}
+constexpr Powers kOverAllLanes = powers_over(kLanes * kLaneBytes);
+constexpr Powers kOverOneLane = powers_over(kLaneBytes);
+
 #define QV_FOLDING __attribute__((target("pclmul,sse4.1"), always_inline)) inline
 
 QV_FOLDING __m128i folded(__m128i lane, __m128i powers, __m128i next) {
@@ -83,13 +93,6 @@ QV_FOLDING __m128i load_lane(const std::uint8_t* from) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
 }
 
-template <unsigned bytes>
-QV_FOLDING __m128i powers_over() {
-  constexpr long long kLow = power_of_x(bytes * 8 + 32);
-  constexpr long long kHigh = power_of_x(bytes * 8 - 32);
-  return _mm_set_epi64x(kHigh, kLow);
-}
-
 __attribute__((target("pclmul,sse4.1"))) std::uint32_t update_by_folding(
     std::uint32_t crc, std::span<const std::uint8_t> bytes) {
   const std::uint8_t* at = bytes.data();
@@ -98,13 +101,13 @@ __attribute__((target("pclmul,sse4.1"))) std::uint32_t update_by_folding(
   for (std::size_t i = 0; i < kLanes; ++i) lanes[i] = load_lane(at + i * kLaneBytes);
   lanes[0] = _mm_xor_si128(lanes[0], _mm_cvtsi32_si128(static_cast<int>(crc)));
   at += kLanes * kLaneBytes;
-  const __m128i over_all = powers_over<kLanes * kLaneBytes>();
+  const __m128i over_all = _mm_set_epi64x(kOverAllLanes.high, kOverAllLanes.low);
   for (; end - at >= static_cast<std::ptrdiff_t>(kLanes * kLaneBytes); at += kLanes * kLaneBytes) {
     for (std::size_t i = 0; i < kLanes; ++i) {
       lanes[i] = folded(lanes[i], over_all, load_lane(at + i * kLaneBytes));
     }
   }
-  const __m128i over_one = powers_over<kLaneBytes>();
+  const __m128i over_one = _mm_set_epi64x(kOverOneLane.high, kOverOneLane.low);
   __m128i lane = lanes[0];
   for (std::size_t i = 1; i < kLanes; ++i) lane = folded(lane, over_one, lanes[i]);
   for (; end - at >= static_cast<std::ptrdiff_t>(kLaneBytes); at += kLaneBytes) {
