@@ -1,0 +1,56 @@
+#include "native/cpr/archive_names.h"
+
+#include <algorithm>
+
+namespace qv::native::cpr {
+namespace {
+
+template <typename Char>
+bool is_separator(Char character) {
+  return character == Char{'\\'} || character == Char{'/'};
+}
+
+template <typename Char>
+bool climbs(std::basic_string_view<Char> component) {
+  std::ptrdiff_t dots = 0;
+  for (const Char character : component) {
+    if (character == Char{'.'}) {
+      ++dots;
+    } else if (character != Char{' '}) {
+      return false;
+    }
+  }
+  return dots >= 2;
+}
+
+template <typename Char>
+bool stays(std::basic_string_view<Char> name) {
+  if (name.empty() || is_separator(name.front())) return false;
+  for (auto rest = name;;) {
+    const auto end = std::find_if(rest.begin(), rest.end(), is_separator<Char>);
+    const auto component = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
+    if (climbs(component) || component.find(Char{':'}) != component.npos ||
+        component.find(Char{}) != component.npos) {
+      return false;
+    }
+    if (end == rest.end()) return true;
+    rest.remove_prefix(component.size() + 1);
+  }
+}
+
+bool fits(std::string_view text, std::size_t longest) {
+  return text.size() <= longest && text.find('\0') == text.npos;
+}
+
+}  // namespace
+
+bool entry_name_fits(std::string_view name) { return fits(name, kLongestEntryName); }
+
+bool parent_directory_fits(std::string_view directory) {
+  return fits(directory, kLongestParentDirectory);
+}
+
+bool stays_in_folder(std::string_view name) { return stays(name); }
+bool stays_in_folder(std::u16string_view name) { return stays(name); }
+
+}  // namespace qv::native::cpr
