@@ -55,6 +55,7 @@ void CodePage::split_forward() {
     }
     if (is_identity) continue;
     odd_rows_[odd_row_count_++] = row;
+    is_odd_row_[number] = 0xFF;
     if (first < 0x80) forward_ascii_is_identity_ = false;
   }
 }

@@ -47,8 +47,8 @@ class CodePage {
 
   struct Row {
     std::uint8_t number;  // bytes 16 * number to 16 * number + 15
-    alignas(16) std::array<std::uint8_t, kRowSize> low;
-    alignas(16) std::array<std::uint8_t, kRowSize> high;
+    std::array<std::uint8_t, kRowSize> low;
+    std::array<std::uint8_t, kRowSize> high;
   };
 
   void split_forward();
@@ -66,24 +66,25 @@ class CodePage {
 
   // The forward table's code units, split into low and high bytes, and its rows that are not the
   // identity.
-  alignas(64) std::array<std::uint8_t, 256> forward_low_;
-  alignas(64) std::array<std::uint8_t, 256> forward_high_;
+  std::array<std::uint8_t, 256> forward_low_;
+  std::array<std::uint8_t, 256> forward_high_;
   std::array<Row, 16> odd_rows_;
   std::size_t odd_row_count_ = 0;
+  std::array<std::uint8_t, 16> is_odd_row_{};  // 0 or FF hex, by the row's number
   bool forward_ascii_is_identity_ = true;
 
   // Bit c % 16 of element c / 16: the code unit c below 256 goes to the byte c. The same set with
   // rows and columns exchanged: bit (c / 16) % 8 of element c % 16, rows 0 to 7 and 8 to 15 apart.
-  alignas(32) std::array<std::uint16_t, 32> identity_{};
-  alignas(16) std::array<std::uint8_t, kRowSize> identity_of_rows_below_8_{};
-  alignas(16) std::array<std::uint8_t, kRowSize> identity_of_rows_from_8_{};
+  std::array<std::uint16_t, 32> identity_{};
+  std::array<std::uint8_t, kRowSize> identity_of_rows_below_8_{};
+  std::array<std::uint8_t, kRowSize> identity_of_rows_from_8_{};
   bool reverse_ascii_is_identity_ = true;
 
   // Slot (c * hash_factor_) >> 10 in 16 bits of the characters outside the identity, where a factor
   // was found that gives each its own slot. Without one hash_factor_ is 0.
   std::uint16_t hash_factor_ = 0;
-  alignas(64) std::array<char16_t, kHashSlots> hash_keys_{};
-  alignas(64) std::array<std::uint16_t, kHashSlots> hash_bytes_{};
+  std::array<char16_t, kHashSlots> hash_keys_{};
+  std::array<std::uint16_t, kHashSlots> hash_bytes_{};
 };
 
 }  // namespace qv::native::rtlib
