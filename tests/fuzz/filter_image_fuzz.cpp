@@ -33,7 +33,7 @@ std::optional<BitMap> decode(std::span<const std::uint8_t> image) {
   auto body = image.subspan(kImageHeadBytes);
   if (!head || head->bits > kMostBits || head->body_bytes > body.size()) return std::nullopt;
   ImageDecoder decoder(*head);
-  std::array<std::uint8_t, 200> scratch;
+  std::array<std::uint32_t, 70> scratch;
   while (true) {
     const auto room = decoder.room(scratch);
     if (room.empty()) return decoder.finish();
@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ImageEncoder encoder(map->view());
   const auto head = write_image_head(encoder.head());
   std::vector<std::uint8_t> again(head.begin(), head.end());
-  std::array<std::uint8_t, 200> scratch;
+  std::array<std::uint32_t, 70> scratch;
   for (auto piece = encoder.next(scratch); !piece.empty(); piece = encoder.next(scratch)) {
     again.insert(again.end(), piece.begin(), piece.end());
   }

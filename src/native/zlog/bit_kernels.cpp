@@ -1,5 +1,6 @@
 #include "native/zlog/bit_kernels.h"
 
+#include <bit>
 #include <functional>
 
 namespace qv::native::zlog {
@@ -55,6 +56,17 @@ std::size_t last_other(const std::uint32_t* source, std::size_t words, std::uint
   return words;
 }
 
+std::size_t list(const std::uint32_t* source, std::size_t words, std::uint32_t first,
+                 std::uint32_t* numbers) {
+  std::uint32_t* next = numbers;
+  for (std::size_t i = 0; i < words; ++i, first += 32) {
+    for (std::uint32_t word = source[i]; word != 0; word &= word - 1) {
+      *next++ = first + static_cast<unsigned>(std::countr_zero(word));
+    }
+  }
+  return static_cast<std::size_t>(next - numbers);
+}
+
 constexpr Kernels kPortable{combine<std::bit_and<>>,
                             combine<std::bit_or<>>,
                             combine<std::bit_xor<>>,
@@ -62,7 +74,8 @@ constexpr Kernels kPortable{combine<std::bit_and<>>,
                             invert,
                             count,
                             first_other,
-                            last_other};
+                            last_other,
+                            list};
 
 }  // namespace
 

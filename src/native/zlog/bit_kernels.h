@@ -5,6 +5,8 @@
 
 namespace qv::native::zlog {
 
+inline constexpr std::size_t kListSlack = 4;
+
 // The inner loops over whole words, once for any processor and again for those with wider
 // registers. All sets give the same results; words need no alignment beyond their own. A source
 // may be the target itself.
@@ -20,6 +22,10 @@ struct Kernels {
   // Index of the first (last) word that is not `value`; `words` when there is none.
   std::size_t (*first_other)(const std::uint32_t* source, std::size_t words, std::uint32_t value);
   std::size_t (*last_other)(const std::uint32_t* source, std::size_t words, std::uint32_t value);
+  // Puts the numbers of the set bits, ascending, into `numbers`, and tells how many; bit 0 of the
+  // first word has the number `first`. The list has room for kListSlack more than there are.
+  std::size_t (*list)(const std::uint32_t* source, std::size_t words, std::uint32_t first,
+                      std::uint32_t* numbers);
 };
 
 const Kernels& portable_kernels();

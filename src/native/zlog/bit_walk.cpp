@@ -6,29 +6,39 @@
 
 namespace qv::native::zlog {
 
-std::size_t walk::distant_pair(std::span<const std::uint32_t> words, std::size_t at) {
-  if (at >= words.size()) return at;
-  const std::size_t left = words.size() - at;
-  const std::size_t step = kernels().first_other(words.data() + at, left, 0);
-  return step == left ? words.size() : (at + step) & ~std::size_t{1};
+namespace {
+
+// The first bit behind `bit` that is not as in `others`, which is a word of equal bits.
+std::int32_t next_unlike(ConstBitSpan set, std::int32_t bit, std::uint32_t others) {
+  const std::int32_t limit = set.limit();
+  const std::uint32_t from = bit < 0 ? 0 : static_cast<std::uint32_t>(bit) + 1;
+  if (from >= static_cast<std::uint32_t>(limit)) return -1;
+  const std::span<const std::uint32_t> words = set.used();
+  std::size_t at = from / kWordBits;
+  std::uint32_t unlike = (words[at] ^ others) & (~std::uint32_t{0} << from % kWordBits);
+  if (unlike == 0) {
+    ++at;
+    at += kernels().first_other(words.data() + at, words.size() - at, others);
+    if (at == words.size()) return -1;
+    unlike = words[at] ^ others;
+  }
+  const std::uint64_t found =
+      std::uint64_t{at} * kWordBits + static_cast<unsigned>(std::countr_zero(unlike));
+  return found < static_cast<std::uint32_t>(limit) ? static_cast<std::int32_t>(found) : -1;
+}
+
+}  // namespace
+
+std::int32_t walk::next_set_far(ConstBitSpan set, std::int32_t bit) {
+  return next_unlike(set, bit, 0);
+}
+
+std::size_t walk::nonzero_pair_far(const std::uint32_t* words, std::size_t at, std::size_t pairs) {
+  return at + kernels().first_other(words + 2 * at, 2 * (pairs - at), 0) / 2;
 }
 
 std::int32_t next_clear(ConstBitSpan set, std::int32_t bit) {
-  const std::int32_t limit = set.limit();
-  const std::span<const std::uint32_t> words = set.used();
-  const std::uint32_t from = bit < 0 ? 0 : static_cast<std::uint32_t>(bit) + 1;
-  if (from >= static_cast<std::uint32_t>(limit)) return -1;
-  std::size_t at = from / kWordBits;
-  std::uint32_t clear = ~words[at] & (~std::uint32_t{0} << from % kWordBits);
-  if (clear == 0) {
-    ++at;
-    at += kernels().first_other(words.data() + at, words.size() - at, ~std::uint32_t{0});
-    if (at == words.size()) return -1;
-    clear = ~words[at];
-  }
-  const std::uint64_t found =
-      std::uint64_t{at} * kWordBits + static_cast<unsigned>(std::countr_zero(clear));
-  return found < static_cast<std::uint32_t>(limit) ? static_cast<std::int32_t>(found) : -1;
+  return next_unlike(set, bit, ~std::uint32_t{0});
 }
 
 std::int32_t prev_set(ConstBitSpan set, std::int32_t bit) {

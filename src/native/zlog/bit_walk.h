@@ -1,10 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <span>
 
 #include "native/zlog/bit_map.h"
 
@@ -12,24 +12,26 @@ namespace qv::native::zlog {
 
 namespace walk {
 
-// Words `at` and `at` + 1 as one; `at` is even, and the row may end after the first.
-inline std::uint64_t pair_at(std::span<const std::uint32_t> words, std::size_t at) {
-  if (at + 1 >= words.size()) return words[at];
+// Two words as one.
+inline std::uint64_t pair_at(const std::uint32_t* words) {
   std::uint64_t pair;
-  std::memcpy(&pair, words.data() + at, sizeof pair);
+  std::memcpy(&pair, words, sizeof pair);
   return pair;
 }
 
-// The even index, at or behind the even index `at`, of the first pair that is not 0; at least
-// words.size() when there is none.
-std::size_t distant_pair(std::span<const std::uint32_t> words, std::size_t at);
+// What next_set gives, for sets where the next bit is not near.
+std::int32_t next_set_far(ConstBitSpan set, std::int32_t bit);
 
-inline std::size_t nonzero_pair(std::span<const std::uint32_t> words, std::size_t at) {
-  constexpr std::size_t kNear = 8;  // sets that are not sparse end here, without a call
-  for (const std::size_t end = at + kNear; at < end; at += 2) {
-    if (at >= words.size() || pair_at(words, at) != 0) return at;
+// The index of the first pair, from pair `at` on, that is not 0; `pairs` when there is none.
+std::size_t nonzero_pair_far(const std::uint32_t* words, std::size_t at, std::size_t pairs);
+
+inline std::size_t nonzero_pair(const std::uint32_t* words, std::size_t at, std::size_t pairs) {
+  constexpr std::size_t kNearPairs = 4;  // sets that are not sparse end here, without a call
+  for (const std::size_t end = at + kNearPairs; at < end; ++at) {
+    if (at >= pairs) return pairs;
+    if (pair_at(words + 2 * at) != 0) return at;
   }
-  return distant_pair(words, at);
+  return nonzero_pair_far(words, at, pairs);
 }
 
 }  // namespace walk
@@ -37,21 +39,24 @@ inline std::size_t nonzero_pair(std::span<const std::uint32_t> words, std::size_
 // The first set bit behind `bit`, which is not looked at itself; -1 when there is none. Behind any
 // negative number comes bit 0.
 inline std::int32_t next_set(ConstBitSpan set, std::int32_t bit) {
-  const std::int32_t limit = set.limit();
-  const std::uint32_t from = bit < 0 ? 0 : static_cast<std::uint32_t>(bit) + 1;
-  if (from >= static_cast<std::uint32_t>(limit)) return -1;
-  std::size_t at = from / 64 * 2;
-  std::uint64_t pair = walk::pair_at(set.words, at) >> (from % 64);
-  std::uint64_t found = from;
-  if (pair == 0) {
-    const std::span<const std::uint32_t> words = set.used();
-    at = walk::nonzero_pair(words, at + 2);
-    if (at >= words.size()) return -1;
-    pair = walk::pair_at(words, at);
-    found = std::uint64_t{at} * 32;
+  constexpr std::uint32_t kNearPairs = 4;
+  // One comparison serves for all ends: a number below -1 wraps to a pair that no set has, and a
+  // last pair that is not whole is left to the far search.
+  const std::uint32_t whole_pairs = static_cast<std::uint32_t>(set.limit()) / 64;
+  const std::uint32_t from = static_cast<std::uint32_t>(bit) + 1;
+  std::uint32_t at = from / 64;
+  if (at < whole_pairs) {
+    const auto found = [](std::uint32_t first, std::uint64_t pair) {
+      return static_cast<std::int32_t>(first + static_cast<unsigned>(std::countr_zero(pair)));
+    };
+    std::uint64_t pair = walk::pair_at(set.words.data() + 2 * std::size_t{at}) >> (from % 64);
+    if (pair != 0) return found(from, pair);
+    for (const std::uint32_t end = std::min(at + kNearPairs, whole_pairs); ++at < end;) {
+      pair = walk::pair_at(set.words.data() + 2 * std::size_t{at});
+      if (pair != 0) return found(at * 64, pair);
+    }
   }
-  found += static_cast<unsigned>(std::countr_zero(pair));
-  return found < static_cast<std::uint32_t>(limit) ? static_cast<std::int32_t>(found) : -1;
+  return walk::next_set_far(set, bit);
 }
 
 // The first clear bit behind `bit`; -1 when there is none below set.bits.
@@ -71,21 +76,27 @@ int set_bit(BitSpan set, std::int32_t bit, bool value);
 // Calls visit(std::uint32_t bit) for every set bit, ascending.
 template <class Visit>
 void for_each_set(ConstBitSpan set, Visit&& visit) {
-  const auto visit_pair = [&visit](std::size_t at, std::uint64_t pair) {
-    const auto first = static_cast<std::uint32_t>(at * 32);
+  const auto visit_all = [&visit](std::uint32_t first, std::uint64_t pair) {
     for (; pair != 0; pair &= pair - 1) {
       visit(first + static_cast<std::uint32_t>(std::countr_zero(pair)));
     }
   };
   const auto limit = static_cast<std::uint32_t>(set.limit());
-  const std::size_t whole = limit / 64 * 2;
-  const std::span<const std::uint32_t> words = set.words.first(whole);
-  for (std::size_t at = walk::nonzero_pair(words, 0); at < whole;
-       at = walk::nonzero_pair(words, at + 2)) {
-    visit_pair(at, walk::pair_at(words, at));
+  const std::uint32_t* words = set.words.data();
+  const std::size_t pairs = limit / 64;
+  for (std::size_t at = 0; at < pairs;) {
+    const std::uint64_t pair = walk::pair_at(words + 2 * at);
+    if (pair == 0) {
+      at = walk::nonzero_pair(words, at + 1, pairs);
+      continue;
+    }
+    visit_all(static_cast<std::uint32_t>(at * 64), pair);
+    ++at;
   }
-  if (limit % 64 != 0) {
-    visit_pair(whole, walk::pair_at(set.used(), whole) & ((std::uint64_t{1} << limit % 64) - 1));
+  if (const std::uint32_t rest = limit % 64; rest != 0) {
+    std::uint64_t last = 0;
+    std::memcpy(&last, words + 2 * pairs, rest > 32 ? 8 : 4);
+    visit_all(limit - rest, last & ((std::uint64_t{1} << rest) - 1));
   }
 }
 

@@ -7,7 +7,7 @@
 
 #include "native/cpr/crc32.h"
 #include "native/zlog/bit_algebra.h"
-#include "native/zlog/bit_walk.h"
+#include "native/zlog/bit_kernels.h"
 
 namespace qv::native::zlog {
 namespace {
@@ -31,6 +31,21 @@ constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
 
 // Between two looks at whether the bit numbers can still be the smaller body.
 constexpr std::size_t kCountStrideWords = std::size_t{1} << 14;
+
+// Words whose set bits are listed at once, if the scratch has room for them.
+constexpr std::size_t kListWords = 512;
+
+std::span<const std::uint8_t> bytes_of(std::span<const std::uint32_t> words) {
+  return {reinterpret_cast<const std::uint8_t*>(words.data()), words.size_bytes()};
+}
+
+std::span<std::uint8_t> bytes_of(std::span<std::uint32_t> words) {
+  return {reinterpret_cast<std::uint8_t*>(words.data()), words.size_bytes()};
+}
+
+std::size_t count_of(std::span<const std::uint32_t> words) {
+  return static_cast<std::size_t>(count(words));
+}
 
 template <class Value>
 Value value_at(std::span<const std::uint8_t> bytes, std::size_t at) {
@@ -59,7 +74,7 @@ std::size_t count_while_sparse(std::span<const std::uint32_t> words) {
   std::size_t total = 0;
   for (std::size_t at = 0; at < words.size() && total < words.size(); at += kCountStrideWords) {
     const std::size_t stride = std::min(kCountStrideWords, words.size() - at);
-    total += static_cast<std::size_t>(count(words.subspan(at, stride)));
+    total += count_of(words.subspan(at, stride));
   }
   return total;
 }
@@ -117,7 +132,7 @@ ImageEncoder::ImageEncoder(ConstBitSpan set)
 
 ImageHead ImageEncoder::head() const {
   ImageEncoder rest = *this;
-  std::array<std::uint8_t, 4096> scratch;
+  std::array<std::uint32_t, 1024> scratch;
   while (!rest.next(scratch).empty()) {
   }
   ImageHead head = head_;
@@ -125,65 +140,59 @@ ImageHead ImageEncoder::head() const {
   return head;
 }
 
-std::span<const std::uint8_t> ImageEncoder::next(std::span<std::uint8_t> scratch) {
+std::span<const std::uint8_t> ImageEncoder::next(std::span<std::uint32_t> scratch) {
   const auto piece =
       head_.body == ImageBody::kWords ? next_words(scratch) : next_bit_numbers(scratch);
   crc_register_ = cpr::crc32_update(crc_register_, piece);
   return piece;
 }
 
-std::span<const std::uint8_t> ImageEncoder::next_words(std::span<std::uint8_t> scratch) {
+std::span<const std::uint8_t> ImageEncoder::next_words(std::span<std::uint32_t> scratch) {
   const std::size_t left = set_.words.size() - at_word_;
   if (left == 0) return {};
   const std::uint32_t mask = mask_of_last_word(set_.bits);
   if (left == 1 && (set_.words.back() & ~mask) != 0) {
-    put_at(scratch, 0, set_.words.back() & mask);
+    scratch[0] = set_.words.back() & mask;
     ++at_word_;
-    return scratch.first(kWordBytes);
+    return bytes_of(scratch.first(1));
   }
   std::size_t words = std::min(left, kPieceBytes / kWordBytes);
   if (words == left && (set_.words.back() & ~mask) != 0) --words;
-  const std::uint32_t* piece = set_.words.data() + at_word_;
+  const std::span<const std::uint32_t> piece = set_.words.subspan(at_word_, words);
   at_word_ += words;
-  return {reinterpret_cast<const std::uint8_t*>(piece), words * kWordBytes};
+  return bytes_of(piece);
 }
 
-std::span<const std::uint8_t> ImageEncoder::next_bit_numbers(std::span<std::uint8_t> scratch) {
+std::span<const std::uint8_t> ImageEncoder::next_bit_numbers(std::span<std::uint32_t> scratch) {
   const std::span<const std::uint32_t> words = set_.words;
-  // A word has at most 32 bit numbers, so pieces end between words.
-  constexpr std::size_t kWordRoom = kWordBits * kWordBytes;
   std::size_t used = 0;
-  std::size_t& at = at_word_;
-  while (at < words.size() && used + kWordRoom <= scratch.size()) {
-    std::uint32_t word = words[at];
-    if (word == 0) {
-      // Both words of a pair are passed over together, or the walk would stop in front of it.
-      const std::size_t pair = walk::nonzero_pair(words, (at + 1) & ~std::size_t{1});
-      at = std::max(at + 1, std::min(pair, words.size()));
-      continue;
+  while (at_word_ < words.size()) {
+    std::size_t block = std::min(kListWords, words.size() - at_word_);
+    std::size_t numbers = count_of(words.subspan(at_word_, block));
+    while (used + numbers + kListSlack > scratch.size()) {
+      if (used > 0) return bytes_of(scratch.first(used));
+      block /= 2;
+      numbers = count_of(words.subspan(at_word_, block));
     }
-    if (at + 1 == words.size()) word &= mask_of_last_word(set_.bits);
-    for (; word != 0; word &= word - 1) {
-      const auto bit = static_cast<std::uint32_t>(at * kWordBits) +
-                       static_cast<unsigned>(std::countr_zero(word));
-      put_at(scratch, used, bit);
-      used += kWordBytes;
+    if (numbers > 0) {
+      used += kernels().list(words.data() + at_word_, block,
+                             static_cast<std::uint32_t>(at_word_ * kWordBits), &scratch[used]);
     }
-    ++at;
+    at_word_ += block;
   }
-  return scratch.first(used);
+  while (used > 0 && scratch[used - 1] >= static_cast<std::uint32_t>(set_.bits)) --used;
+  return bytes_of(scratch.first(used));
 }
 
 ImageDecoder::ImageDecoder(const ImageHead& head)
     : head_(head), map_(*BitMap::make(head.bits)), crc_register_(kCrcStart) {}
 
-std::span<std::uint8_t> ImageDecoder::room(std::span<std::uint8_t> scratch) {
+std::span<std::uint8_t> ImageDecoder::room(std::span<std::uint32_t> scratch) {
   const std::size_t left = head_.body_bytes - taken_bytes_;
   if (head_.body == ImageBody::kBitNumbers) {
-    return scratch.first(std::min(left, scratch.size() / kWordBytes * kWordBytes));
+    return bytes_of(scratch).first(std::min(left, scratch.size_bytes()));
   }
-  auto* body = reinterpret_cast<std::uint8_t*>(map_.view().words.data());
-  return {body + taken_bytes_, std::min(left, kPieceBytes)};
+  return bytes_of(map_.view().words).subspan(taken_bytes_, std::min(left, kPieceBytes));
 }
 
 bool ImageDecoder::take(std::span<const std::uint8_t> piece) {

@@ -38,8 +38,8 @@ std::optional<ImageHead> read_image_head(std::span<const std::uint8_t, kImageHea
 std::array<std::uint8_t, kImageHeadBytes> write_image_head(const ImageHead& head);
 
 // Smallest scratch that an encoder or a decoder works with, and a size that makes it fast.
-inline constexpr std::size_t kMinImageScratchBytes = 128;
-inline constexpr std::size_t kImageScratchBytes = std::size_t{1} << 16;
+inline constexpr std::size_t kMinImageScratchWords = 64;
+inline constexpr std::size_t kImageScratchWords = std::size_t{1} << 14;
 
 // Gives the image of a set. The set must stay as it is until the last piece; trailing bits and
 // disagreeing fields of a set that an application owns do no harm. Copies go on where the original
@@ -55,12 +55,12 @@ class ImageEncoder {
   ImageHead head() const;
 
   // The next piece of the body, empty at the end. It lies in `scratch` or in the bit map, and is
-  // good until the next call. `scratch` has at least kMinImageScratchBytes.
-  std::span<const std::uint8_t> next(std::span<std::uint8_t> scratch);
+  // good until the next call. `scratch` has at least kMinImageScratchWords.
+  std::span<const std::uint8_t> next(std::span<std::uint32_t> scratch);
 
  private:
-  std::span<const std::uint8_t> next_words(std::span<std::uint8_t> scratch);
-  std::span<const std::uint8_t> next_bit_numbers(std::span<std::uint8_t> scratch);
+  std::span<const std::uint8_t> next_words(std::span<std::uint32_t> scratch);
+  std::span<const std::uint8_t> next_bit_numbers(std::span<std::uint32_t> scratch);
 
   ConstBitSpan set_;
   ImageHead head_;
@@ -84,8 +84,8 @@ class ImageDecoder {
   explicit ImageDecoder(const ImageHead& head);
 
   // Where the next bytes of the body go, empty at its end: into the bit map itself or into
-  // `scratch`, which has at least kMinImageScratchBytes.
-  std::span<std::uint8_t> room(std::span<std::uint8_t> scratch);
+  // `scratch`, which has at least kMinImageScratchWords.
+  std::span<std::uint8_t> room(std::span<std::uint32_t> scratch);
 
   // Takes what has been put into all of the room. False when it can't be part of such an image.
   bool take(std::span<const std::uint8_t> piece);

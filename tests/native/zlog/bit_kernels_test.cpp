@@ -98,5 +98,32 @@ TEST(Kernels, All_find_the_first_and_the_last_other_word) {
   }
 }
 
+TEST(Kernels, All_list_the_set_bits_and_write_no_further_than_the_slack) {
+  std::mt19937 random(21);
+  for (const Kernels* kernels : all_kernels()) {
+    for (std::size_t length = 0; length < 60; ++length) {
+      for (const unsigned sparseness : {0U, 1U, 4U, 6U}) {
+        Words words = random_words(random, length + 1);
+        Words expected;
+        for (std::size_t i = 1; i <= length; ++i) {
+          for (unsigned more = 0; more < sparseness; ++more) {
+            words[i] &= static_cast<std::uint32_t>(random());
+          }
+          for (unsigned bit = 0; bit < 32; ++bit) {
+            const auto number = static_cast<std::uint32_t>(7 + 32 * (i - 1) + bit);
+            if ((words[i] >> bit & 1) != 0) expected.push_back(number);
+          }
+        }
+        constexpr std::uint32_t kUntouched = 0xABCDEF01;
+        Words numbers(expected.size() + kListSlack + 1, kUntouched);
+        ASSERT_EQ(kernels->list(words.data() + 1, length, 7, numbers.data()), expected.size());
+        EXPECT_EQ(numbers.back(), kUntouched);
+        numbers.resize(expected.size());
+        EXPECT_EQ(numbers, expected);
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace qv::native::zlog

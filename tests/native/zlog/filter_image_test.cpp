@@ -19,10 +19,10 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-Bytes encode(ConstBitSpan set, std::size_t scratch_bytes = kImageScratchBytes) {
+Bytes encode(ConstBitSpan set, std::size_t scratch_words = kImageScratchWords) {
   ImageEncoder encoder(set);
   const ImageHead early_head = encoder.head();
-  Bytes scratch(scratch_bytes);
+  std::vector<std::uint32_t> scratch(scratch_words);
   Bytes image(kImageHeadBytes);
   while (true) {
     const auto piece = encoder.next(scratch);
@@ -37,13 +37,13 @@ Bytes encode(ConstBitSpan set, std::size_t scratch_bytes = kImageScratchBytes) {
 
 // Reads as a file reader would: `used` is where the image ends.
 std::optional<BitMap> decode(std::span<const std::uint8_t> image, std::size_t* used = nullptr,
-                             std::size_t scratch_bytes = kImageScratchBytes) {
+                             std::size_t scratch_words = kImageScratchWords) {
   if (image.size() < kImageHeadBytes) return std::nullopt;
   const auto head = read_image_head(image.first<kImageHeadBytes>());
   if (!head) return std::nullopt;
   std::size_t at = kImageHeadBytes;
   ImageDecoder decoder(*head);
-  Bytes scratch(scratch_bytes);
+  std::vector<std::uint32_t> scratch(scratch_words);
   while (true) {
     const auto room = decoder.room(scratch);
     if (room.empty()) break;
@@ -95,7 +95,7 @@ TEST(FilterImage, Is_the_same_whatever_the_scratch) {
     const Model model = random_model(random, 20011, share);
     const BitMap map = map_of(model);
     const Bytes image = encode(map.view());
-    for (const std::size_t scratch : {kMinImageScratchBytes, std::size_t{131}, std::size_t{1000}}) {
+    for (const std::size_t scratch : {kMinImageScratchWords, std::size_t{65}, std::size_t{1000}}) {
       EXPECT_EQ(encode(map.view(), scratch), image);
       const std::optional<BitMap> again = decode(image, nullptr, scratch);
       ASSERT_TRUE(again);
