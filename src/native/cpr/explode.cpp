@@ -299,7 +299,8 @@ class Decoder {
     if (room - length >= kCopyStep) {
       copy_with_slack(out, distance, length);
     } else {
-      for (std::size_t i = 0; i < length; ++i) out[i] = out[i - distance];
+      const std::uint8_t* const from = out - distance;
+      for (std::size_t i = 0; i < length; ++i) out[i] = from[i];
     }
     out += length;
     return Step::go_on;
