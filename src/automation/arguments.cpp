@@ -95,7 +95,8 @@ HRESULT take_default(const ParameterRow& parameter, VARTYPE type, VARIANT* targe
   target->llVal = 0;
   switch (parameter.default_value.kind) {
     case Default::Kind::text:
-      target->bstrVal = SysAllocString(parameter.default_value.text);
+      target->bstrVal = SysAllocStringLen(parameter.default_value.text.data(),
+                                          static_cast<UINT>(parameter.default_value.text.size()));
       return target->bstrVal != nullptr ? S_OK : E_OUTOFMEMORY;
     case Default::Kind::number: {
       VARIANT number{};

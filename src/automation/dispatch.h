@@ -16,6 +16,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -30,7 +31,7 @@ struct Default {
   enum class Kind : std::uint8_t { none, number, text };
   Kind kind = Kind::none;
   Long number = 0;
-  const wchar_t* text = nullptr;
+  std::wstring_view text{};
 };
 
 struct ParameterRow {
@@ -101,9 +102,10 @@ HRESULT invoke_slot(void* object, CallFrame& frame) {
     const auto method = reinterpret_cast<Method>(functions[frame.operation.slot]);
     const HRESULT called = method(object, std::get<Index>(arguments).value()...);
     // By-reference arguments are variables: what a failing method had stored in them stays stored.
-    ((status = std::get<Index>(arguments).give_back(frame, SUCCEEDED(called)),
-      SUCCEEDED(status)) &&
-     ...);
+    static_cast<void>(
+        ((status = std::get<Index>(arguments).give_back(frame, SUCCEEDED(called)),
+          SUCCEEDED(status)) &&
+         ...));
     return FAILED(called) ? called : status;
   }(std::index_sequence_for<Arguments...>());
 }

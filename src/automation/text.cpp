@@ -106,6 +106,13 @@ void Text::cut(std::size_t new_length) {
   if (new_length < size()) *this = Text(view().substr(0, new_length));
 }
 
+void Text::erase_front(std::size_t count) noexcept {
+  if (count == 0) return;
+  const std::size_t left = size() - count;
+  std::memmove(bstr_, bstr_ + count, left * sizeof(wchar_t));
+  set_length(bstr_, left);
+}
+
 Text& Text::operator+=(std::wstring_view tail) {
   const std::size_t old_length = size();
   if (!tail.empty() && bstr_ <= tail.data() && tail.data() <= bstr_ + old_length) {

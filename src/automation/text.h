@@ -60,6 +60,8 @@ class Text {
   void grow(std::size_t new_length);
   // Keeps the first new_length characters, in a block of that size.
   void cut(std::size_t new_length);
+  // Drops characters from the front, in place.
+  void erase_front(std::size_t count) noexcept;
   Text& operator+=(std::wstring_view tail);
 
   BSTR release() noexcept { return std::exchange(bstr_, nullptr); }

@@ -1,0 +1,204 @@
+// Registration for the machine (DllRegisterServer) and for one user without rights (regsvr32 /n
+// /i:user). What is written is one table of keys; taking it back removes exactly those.
+#include <windows.h>
+// olectl.h needs windows.h before it.
+#include <olectl.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/server/catalogue.h"
+#include "frame/server/server.h"
+#include "interfaces.h"
+
+// Exported by oleaut32 and missing from the platform's headers here.
+extern "C" HRESULT STDAPICALLTYPE RegisterTypeLibForUser(ITypeLib*, OLECHAR*, OLECHAR*);
+extern "C" HRESULT STDAPICALLTYPE UnRegisterTypeLibForUser(REFGUID, WORD, WORD, LCID, SYSKIND);
+
+namespace qv::server {
+namespace {
+
+// Marshals interfaces by their description in the type library.
+constexpr const wchar_t* kTypeLibraryMarshaler = L"{00020424-0000-0000-C000-000000000046}";
+#ifdef _WIN64
+constexpr SYSKIND kSystem = SYS_WIN64;
+#else
+constexpr SYSKIND kSystem = SYS_WIN32;
+#endif
+
+struct Entry {
+  std::wstring key;   // below Software\Classes
+  std::wstring name;  // of the value; empty for the key's own
+  std::wstring value;
+};
+
+struct Registration {
+  std::vector<Entry> entries;
+  std::vector<std::wstring> trees;  // removed whole on unregistering
+};
+
+std::wstring guid_text(const GUID& id) {
+  wchar_t text[40];
+  StringFromGUID2(id, text, static_cast<int>(std::size(text)));
+  return text;
+}
+
+std::wstring library_version() {
+  wchar_t text[16];
+  // Versions in the registry are hexadecimal without leading zeros.
+  wsprintfW(text, L"%x.%x", kQvRtLibOleMajor, kQvRtLibOleMinor);
+  return text;
+}
+
+void add_class(Registration& registration, const ClassInfo& info, const std::wstring& path) {
+  const std::wstring name = std::wstring(kLibraryName) + L"." + info.name;
+  const std::wstring id = guid_text(info.class_id);
+  const std::wstring tree = L"CLSID\\" + id;
+  auto& entries = registration.entries;
+  entries.push_back({name, L"", name});
+  entries.push_back({name + L"\\CLSID", L"", id});
+  entries.push_back({name + L"\\CurVer", L"", name + L".1"});
+  entries.push_back({name + L".1", L"", name});
+  entries.push_back({name + L".1\\CLSID", L"", id});
+  entries.push_back({tree, L"", name});
+  entries.push_back({tree + L"\\InprocServer32", L"", path});
+  entries.push_back({tree + L"\\InprocServer32", L"ThreadingModel", L"Apartment"});
+  entries.push_back({tree + L"\\ProgID", L"", name + L".1"});
+  entries.push_back({tree + L"\\VersionIndependentProgID", L"", name});
+  entries.push_back({tree + L"\\TypeLib", L"", guid_text(LIBID_QvRtLibOle)});
+  entries.push_back({tree + L"\\Version", L"", library_version()});
+  entries.push_back({tree + L"\\Programmable", L"", L""});
+  registration.trees.insert(registration.trees.end(), {name, name + L".1", tree});
+}
+
+// The type library registers the current ids of its interfaces and not those of earlier releases,
+// under which applications may still have them marshalled.
+void add_alias(Registration& registration, const AliasEntry& alias) {
+  const std::wstring tree = L"Interface\\" + guid_text(alias.id);
+  auto& entries = registration.entries;
+  entries.push_back({tree, L"", alias.name});
+  entries.push_back({tree + L"\\ProxyStubClsid32", L"", kTypeLibraryMarshaler});
+  entries.push_back({tree + L"\\TypeLib", L"", guid_text(LIBID_QvRtLibOle)});
+  entries.push_back({tree + L"\\TypeLib", L"Version", library_version()});
+  registration.trees.push_back(tree);
+}
+
+Registration all_entries() {
+  const std::wstring path(module_path().view());
+  Registration registration;
+  for (const ClassEntry& entry : class_catalogue()) add_class(registration, *entry.info, path);
+  for (const AliasEntry& alias : alias_catalogue()) add_alias(registration, alias);
+  return registration;
+}
+
+// Trees of interfaces and the library: the platform leaves the emptied keys of some behind.
+std::vector<std::wstring> type_library_trees() {
+  std::vector<std::wstring> trees{L"TypeLib\\" + guid_text(LIBID_QvRtLibOle)};
+  for (const ClassEntry& entry : class_catalogue()) {
+    trees.push_back(L"Interface\\" + guid_text(entry.info->interface_id));
+    if (entry.info->events != nullptr) {
+      trees.push_back(L"Interface\\" + guid_text(*entry.info->events));
+    }
+  }
+  return trees;
+}
+
+HRESULT write(HKEY classes, const Entry& entry) noexcept {
+  HKEY key = nullptr;
+  LONG status = RegCreateKeyExW(classes, entry.key.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                KEY_SET_VALUE, nullptr, &key, nullptr);
+  if (status == ERROR_SUCCESS) {
+    status = RegSetValueExW(key, entry.name.empty() ? nullptr : entry.name.c_str(), 0, REG_SZ,
+                            reinterpret_cast<const BYTE*>(entry.value.c_str()),
+                            static_cast<DWORD>((entry.value.size() + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+  }
+  return status == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
+}
+
+enum class Scope { machine, user };
+
+HRESULT open_classes(Scope scope, HKEY* classes) noexcept {
+  const LONG status = RegCreateKeyExW(
+      scope == Scope::machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, L"Software\\Classes", 0,
+      nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr, classes, nullptr);
+  return status == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
+}
+
+HRESULT unregister_server(Scope scope) {
+  HKEY classes = nullptr;
+  const HRESULT opened = open_classes(scope, &classes);
+  if (FAILED(opened)) return opened;
+  if (scope == Scope::machine) {
+    UnRegisterTypeLib(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, 0x409, kSystem);
+  } else {
+    UnRegisterTypeLibForUser(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, 0x409, kSystem);
+  }
+  HRESULT result = S_OK;
+  const auto remove = [&](const std::vector<std::wstring>& trees) {
+    for (const std::wstring& tree : trees) {
+      const LONG status = RegDeleteTreeW(classes, tree.c_str());
+      if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) result = SELFREG_E_CLASS;
+    }
+  };
+  remove(all_entries().trees);
+  remove(type_library_trees());
+  RegCloseKey(classes);
+  return result;
+}
+
+HRESULT register_server(Scope scope) {
+  Object<ITypeLib> library;
+  HRESULT result = load_type_library(library);
+  if (FAILED(result)) return SELFREG_E_TYPELIB;
+  Text path = module_path();
+  const auto register_library =
+      scope == Scope::machine ? &RegisterTypeLib : &RegisterTypeLibForUser;
+  if (FAILED(register_library(library.get(), path.data(), nullptr))) return SELFREG_E_TYPELIB;
+
+  HKEY classes = nullptr;
+  result = open_classes(scope, &classes);
+  if (FAILED(result)) return result;
+  for (const Entry& entry : all_entries().entries) {
+    result = write(classes, entry);
+    if (FAILED(result)) break;
+  }
+  RegCloseKey(classes);
+  if (FAILED(result)) unregister_server(scope);  // all or nothing
+  return result;
+}
+
+template <class Body>
+HRESULT guarded(Body&& body) noexcept {
+  try {
+    return body();
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+}  // namespace
+}  // namespace qv::server
+
+extern "C" {
+
+STDAPI DllRegisterServer() {
+  using namespace qv::server;
+  return guarded([] { return register_server(Scope::machine); });
+}
+
+STDAPI DllUnregisterServer() {
+  using namespace qv::server;
+  return guarded([] { return unregister_server(Scope::machine); });
+}
+
+// regsvr32 /i calls this; its one command is "user".
+STDAPI DllInstall(BOOL install, const wchar_t* command) {
+  using namespace qv::server;
+  if (command == nullptr || std::wstring_view(command) != L"user") return E_INVALIDARG;
+  return guarded([&] {
+    return install != FALSE ? register_server(Scope::user) : unregister_server(Scope::user);
+  });
+}
+}

@@ -1,0 +1,145 @@
+// The entry points of the library but for registration, the class factories, and what keeps the
+// library loaded.
+#include "frame/server/server.h"
+
+#include <windows.h>
+#include <ocidl.h>
+#include <olectl.h>
+
+#include <algorithm>
+#include <atomic>
+#include <new>
+
+#include "automation/arguments.h"
+#include "automation/class_object.h"
+#include "automation/thread_state.h"
+#include "frame/server/catalogue.h"
+#include "interfaces.h"
+
+namespace qv::server {
+namespace {
+
+HMODULE this_module = nullptr;
+// Objects, class factories and locks together: while there is one, the library must stay.
+std::atomic<long> holders{0};
+
+HRESULT find_record(IRecordInfo** info) noexcept {
+  return GetRecordInfoFromGuids(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, 0,
+                                GUID_BFILTER, info);
+}
+
+class ClassFactory final : public IClassFactory {
+ public:
+  explicit ClassFactory(const ClassEntry& entry) noexcept : entry_(entry) { count_object(1); }
+  ClassFactory(const ClassFactory&) = delete;
+  ClassFactory& operator=(const ClassFactory&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IClassFactory)) return E_NOINTERFACE;
+    *object = static_cast<IClassFactory*>(this);
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+    try {
+      const Object<IUnknown> created(entry_.create());
+      return created.get()->QueryInterface(id, object);
+    } catch (...) {
+      return E_OUTOFMEMORY;
+    }
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+    count_object(lock != FALSE ? 1 : -1);
+    return S_OK;
+  }
+
+ private:
+  ~ClassFactory() { count_object(-1); }
+
+  const ClassEntry& entry_;
+  std::atomic<ULONG> references_{1};
+};
+
+}  // namespace
+
+HMODULE module() noexcept { return this_module; }
+
+void count_object(int step) noexcept { holders += step; }
+
+Text module_path() {
+  // GetModuleFileNameW tells a name that is too long only by filling the buffer.
+  for (std::size_t length = MAX_PATH;; length *= 2) {
+    Text path = Text::uninitialized(length);
+    const DWORD written =
+        GetModuleFileNameW(this_module, path.data(), static_cast<DWORD>(length));
+    if (written < length) return Text(path.view().substr(0, written));
+  }
+}
+
+HRESULT load_type_library(Object<ITypeLib>& library) noexcept {
+  try {
+    return LoadTypeLibEx(module_path().c_str(), REGKIND_NONE, library.receive());
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+// The platform keeps a loaded type library for as long as anything of it is in use, so it needs no
+// keeping here.
+HRESULT type_info_of(const GUID& id, ITypeInfo** info) noexcept {
+  if (info == nullptr) return E_POINTER;
+  *info = nullptr;
+  Object<ITypeLib> library;
+  const HRESULT status = load_type_library(library);
+  return SUCCEEDED(status) ? library.get()->GetTypeInfoOfGuid(id, info) : status;
+}
+
+}  // namespace qv::server
+
+extern "C" {
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
+  using namespace qv;
+  switch (reason) {
+    case DLL_PROCESS_ATTACH:
+      server::this_module = instance;
+      dispatch::set_record_finder(&server::find_record);
+      return thread_state::attach() ? TRUE : FALSE;
+    case DLL_PROCESS_DETACH:
+      thread_state::detach();
+      return TRUE;
+    default:
+      return TRUE;
+  }
+}
+
+STDAPI DllCanUnloadNow() { return qv::server::holders == 0 ? S_OK : S_FALSE; }
+
+STDAPI DllGetClassObject(REFCLSID class_id, REFIID id, void** object) {
+  using namespace qv;
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  const auto entries = class_catalogue();
+  const auto entry = std::ranges::find_if(entries, [&](const ClassEntry& candidate) {
+    return IsEqualCLSID(candidate.info->class_id, class_id);
+  });
+  if (entry == entries.end()) return CLASS_E_CLASSNOTAVAILABLE;
+  auto* factory = new (std::nothrow) server::ClassFactory(*entry);
+  if (factory == nullptr) return E_OUTOFMEMORY;
+  const HRESULT status = factory->QueryInterface(id, object);
+  factory->Release();
+  return status;
+}
+}

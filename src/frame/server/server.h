@@ -1,0 +1,17 @@
+// The server as the platform sees it: a loaded module with a type library.
+#pragma once
+
+#include <windows.h>
+
+#include "automation/object.h"
+#include "automation/text.h"
+
+namespace qv::server {
+
+HMODULE module() noexcept;
+// The full name of the library's own file.
+Text module_path();
+// The type library inside that file.
+HRESULT load_type_library(Object<ITypeLib>& library) noexcept;
+
+}  // namespace qv::server
