@@ -21,11 +21,17 @@ constexpr unsigned kTailBits = 1 + kLongestLiteralCode - kTokenBits;
 enum class TokenKind : std::uint8_t { literal, length, long_length, tail };
 
 struct Token {
-  std::uint16_t value;  // character, length, or the tail's first entry in the second table
-  std::uint8_t bits;    // taken by the token, flag included
+  std::uint16_t value : 12;      // character, length, or the tail's first entry in the second table
+  std::uint16_t extra_bits : 4;  // still to come, of a long length
+  std::uint8_t bits;             // taken by the token, flag included
   TokenKind kind;
-  std::uint8_t extra_bits;  // still to come, of a long length
 };
+static_assert(sizeof(Token) == 4);
+
+constexpr Token make_token(TokenKind kind, unsigned value, unsigned bits, unsigned extra_bits = 0) {
+  return {static_cast<std::uint16_t>(value & 0xFFF), static_cast<std::uint16_t>(extra_bits & 0xF),
+          static_cast<std::uint8_t>(bits), kind};
+}
 
 // Sets every entry of the table that the pattern is the beginning of.
 template <std::size_t size>
@@ -44,14 +50,12 @@ constexpr void add_lengths(TokenTable& table) {
     const unsigned pattern = 1u | (unsigned{code.pattern} << 1);
     if (code_bits + extra_bits > kTokenBits) {
       spread(table, 0, table.size(), pattern, code_bits,
-             {kLengthBase[symbol], static_cast<std::uint8_t>(code_bits), TokenKind::long_length,
-              static_cast<std::uint8_t>(extra_bits)});
+             make_token(TokenKind::long_length, kLengthBase[symbol], code_bits, extra_bits));
       continue;
     }
     for (unsigned extra = 0; extra < 1u << extra_bits; ++extra) {
       spread(table, 0, table.size(), pattern | (extra << code_bits), code_bits + extra_bits,
-             {static_cast<std::uint16_t>(kLengthBase[symbol] + extra),
-              static_cast<std::uint8_t>(code_bits + extra_bits), TokenKind::length, 0});
+             make_token(TokenKind::length, kLengthBase[symbol] + extra, code_bits + extra_bits));
     }
   }
 }
@@ -60,8 +64,7 @@ consteval TokenTable make_binary_tokens() {
   TokenTable table{};
   add_lengths(table);
   for (unsigned character = 0; character < 256; ++character) {
-    spread(table, 0, table.size(), character << 1, 9,
-           {static_cast<std::uint16_t>(character), 9, TokenKind::literal, 0});
+    spread(table, 0, table.size(), character << 1, 9, make_token(TokenKind::literal, character, 9));
   }
   return table;
 }
@@ -82,15 +85,14 @@ consteval TextTables make_text_tables() {
     const Code code = kLiteralCodes[character];
     const unsigned bits = 1u + code.bits;
     const std::size_t pattern = std::size_t{code.pattern} << 1;
-    const Token literal{static_cast<std::uint16_t>(character), static_cast<std::uint8_t>(bits),
-                        TokenKind::literal, 0};
+    const Token literal = make_token(TokenKind::literal, character, bits);
     if (bits <= kTokenBits) {
       spread(tables.tokens, 0, tables.tokens.size(), pattern, bits, literal);
       continue;
     }
     Token& entry = tables.tokens[pattern & (tables.tokens.size() - 1)];
     if (entry.kind != TokenKind::tail) {
-      entry = {static_cast<std::uint16_t>(tails), kTokenBits, TokenKind::tail, 0};
+      entry = make_token(TokenKind::tail, static_cast<unsigned>(tails), kTokenBits);
       tails += kTailEntries;
     }
     spread(tables.tails, entry.value, kTailEntries, pattern >> kTokenBits, bits - kTokenBits,

@@ -22,8 +22,8 @@ using namespace block_format;
 // Texts longer than this are parsed piece by piece; matches still reach back into the piece before.
 constexpr std::size_t kPieceBytes = MatchFinder::kMostBytes;
 
-constexpr Search kStandardSearch{24, 12};
-constexpr Search kSmallestSearch{200, 64};
+constexpr Search kStandardSearch{24, 10};
+constexpr Search kSmallestSearch{160, 24};
 
 // A code with what follows it, first bit lowest.
 struct Word {

@@ -3,36 +3,26 @@
 namespace qv::native::cpr {
 namespace {
 
-constexpr std::uint32_t kHashFactor = 0x9E3779B1;
+template <unsigned hash_bits>
+std::size_t hash(std::uint32_t bytes) {
+  return (bytes * 0x9E3779B1u) >> (32 - hash_bits);
+}
 
-// Hash collisions among triples are followed so far; beyond it a triple may pass for a new one.
-constexpr int kMostCollisions = 32;
+std::uint16_t exchange(std::uint16_t& head, std::size_t place) {
+  const std::uint16_t before = head;
+  head = static_cast<std::uint16_t>(place);
+  return before;
+}
 
 }  // namespace
 
-void MatchFinder::note_pair(std::size_t place) {
-  std::uint16_t& head = pair_heads_[text_[place] | unsigned{text_[place + 1]} << 8];
-  const std::size_t distance = place - head;
-  pairs_[place] = head != kNowhere && distance <= block_format::kPairReach
-                      ? static_cast<std::uint16_t>(distance)
-                      : std::uint16_t{0};
-  head = static_cast<std::uint16_t>(place);
-}
-
-void MatchFinder::note_triple(std::size_t place, std::uint32_t bytes) {
-  std::uint16_t& head = triple_heads_[(bytes * kHashFactor) >> (32 - kHashBits)];
-  triples_[place] = 0;
-  std::size_t earlier = head;
-  for (int i = 0; i < kMostCollisions && earlier != kNowhere && place - earlier <= kReach; ++i) {
-    const std::uint8_t* const there = text_ + earlier;
-    if (bytes == (there[0] | unsigned{there[1]} << 8 | unsigned{there[2]} << 16)) {
-      triples_[place] = static_cast<std::uint16_t>(place - earlier);
-      break;
-    }
-    earlier = triple_chain_[earlier];
+// `bytes` begins with the text at the place, of which `count` bytes are there.
+void MatchFinder::note(std::size_t place, std::uint32_t bytes, unsigned count) {
+  if (count >= 2) pairs_[place] = exchange(pair_heads_[bytes & 0xFFFF], place);
+  if (count >= 3) {
+    triples_[place] = exchange(triple_heads_[hash<kHashBits>(bytes & 0xFFFFFF)], place);
   }
-  triple_chain_[place] = head;
-  head = static_cast<std::uint16_t>(place);
+  if (count >= 4) chain_[place] = exchange(heads_[hash<kHashBits>(bytes)], place);
 }
 
 void MatchFinder::load(std::span<const std::uint8_t> text, std::size_t begin, std::size_t size) {
@@ -45,22 +35,13 @@ void MatchFinder::load(std::span<const std::uint8_t> text, std::size_t begin, st
   heads_.fill(kNowhere);
   std::size_t place = 0;
   for (; place + 4 <= end_; ++place) {
-    const auto bytes = load_little_endian<std::uint32_t>(text_ + place);
-    note_pair(place);
-    note_triple(place, bytes & 0xFFFFFF);
-    std::uint16_t& head = heads_[(bytes * kHashFactor) >> (32 - kHashBits)];
-    chain_[place] = head;
-    head = static_cast<std::uint16_t>(place);
+    note(place, load_little_endian<std::uint32_t>(text_ + place), 4);
   }
   for (; place < end_; ++place) {
-    pairs_[place] = 0;
-    triples_[place] = 0;
-    const std::size_t left = end_ - place;
-    if (left >= 2) note_pair(place);
-    if (left >= 3) {
-      note_triple(
-          place, text_[place] | unsigned{text_[place + 1]} << 8 | unsigned{text_[place + 2]} << 16);
-    }
+    const auto count = static_cast<unsigned>(end_ - place);
+    std::uint32_t bytes = 0;
+    for (unsigned i = 0; i < count; ++i) bytes |= std::uint32_t{text_[place + i]} << (8 * i);
+    note(place, bytes, count);
   }
 }
 

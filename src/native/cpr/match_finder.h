@@ -41,6 +41,9 @@ class MatchFinder {
   static constexpr std::size_t kReach = block_format::kLargestDictionary;
   static constexpr unsigned kHashBits = 15;
   static constexpr std::uint16_t kNowhere = 0xFFFF;
+  // Other triples of the same hash are passed over so far; beyond it a triple may pass for new.
+  static constexpr int kMostCollisions = 32;
+  static constexpr unsigned kShortestOfLong = 12;
 
   // Equal bytes at two places of which `length` are known to be equal; at most `limit`.
   static unsigned equal_bytes(const std::uint8_t* a, const std::uint8_t* b, unsigned length,
@@ -54,8 +57,11 @@ class MatchFinder {
     return length;
   }
 
-  void note_pair(std::size_t place);
-  void note_triple(std::size_t place, std::uint32_t bytes);
+  static bool same_triple(const std::uint8_t* a, const std::uint8_t* b) {
+    return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
+  }
+
+  void note(std::size_t place, std::uint32_t bytes, unsigned count);
 
   Search search_;
   // Places count from the first byte in reach; the piece lies from piece_ to end_.
@@ -65,11 +71,10 @@ class MatchFinder {
   // The longest match of the position asked for last.
   unsigned length_ = 0;
   unsigned distance_ = 0;
-  // By place: the distance of the nearest same pair and triple (0 for none), and the places before
-  // with the same hash.
+  // By place: the last place before with the same pair, and with the same hash of three and of four
+  // bytes.
   std::array<std::uint16_t, kReach + kMostBytes> pairs_;
   std::array<std::uint16_t, kReach + kMostBytes> triples_;
-  std::array<std::uint16_t, kReach + kMostBytes> triple_chain_;
   std::array<std::uint16_t, kReach + kMostBytes> chain_;
   std::array<std::uint16_t, 1u << 16> pair_heads_;
   std::array<std::uint16_t, 1u << kHashBits> triple_heads_;
@@ -90,23 +95,28 @@ void MatchFinder::for_each_match(std::size_t position, Take&& take) {
 
   if (goes_on && bound >= search_.long_enough) {
     length_ = bound;
-    take(search_.long_enough / 2, bound, whole_distance);
+    take(std::min(bound, kShortestOfLong), bound, whole_distance);
     return;
   }
   length_ = 1;
-  if (const unsigned distance = pairs_[place]; distance != 0) {
-    take(2u, 2u, distance);
+  if (limit < 2) return;
+  if (const std::size_t distance = place - pairs_[place]; distance <= block_format::kPairReach) {
+    take(2u, 2u, static_cast<unsigned>(distance));
     length_ = 2;
   }
-  const unsigned triple = triples_[place];
-  if (triple == 0) return;
-  take(3u, 3u, triple);
+  if (limit < 3) return;
+  const std::size_t lowest = place > kReach ? place - kReach : 0;
+  std::size_t triple = triples_[place];
+  for (int i = 0; triple != kNowhere && triple >= lowest && !same_triple(text_ + triple, here);
+       ++i) {
+    triple = i < kMostCollisions ? triples_[triple] : kNowhere;
+  }
+  if (triple == kNowhere || triple < lowest) return;
   length_ = 3;
-  distance_ = triple;
+  distance_ = static_cast<unsigned>(place - triple);
+  take(3u, 3u, distance_);
   if (bound <= 3) return;
-  const std::size_t reach = goes_on          ? place - whole_distance + 1
-                            : place > kReach ? place - kReach
-                                             : 0;
+  const std::size_t reach = goes_on ? place - whole_distance + 1 : lowest;
   unsigned left = search_.depth;
   for (std::size_t earlier = chain_[place]; earlier != kNowhere && earlier >= reach && left > 0;
        earlier = chain_[earlier], --left) {
