@@ -1,0 +1,46 @@
+// The object "Host" of test scripts: what VBScript lacks here.
+//   Host.Echo text            a line on the standard output
+//   Host.Connect object, p    events of the object call the script's p_Event; False: it has none
+//   Host.Disconnect           ends all connections
+//   Host.ChrW(n), Host.AscW(s), Host.Sleep ms
+//   Host.Bytes(b0, b1, ...)   an array of Byte; Host.Longs(...), Host.Strings(...) likewise
+//   Host.Empty_Array(type)    an array variable of that type that is not allocated (VT_... number)
+//   Host.Same(a, b)           are two texts equal, character by character, character 0 included?
+//   Host.VarType(v)           the type number, also for types that VBScript refuses
+//   Host.Missing              what a left-out argument is
+#pragma once
+
+#include <windows.h>
+// activscp.h needs windows.h before it.
+#include <activscp.h>
+
+#include <vector>
+
+#include "host/event_sink.h"
+
+namespace qv::tests {
+
+class HostObject final : public IDispatch {
+ public:
+  void set_script(IActiveScript* script);
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
+  // Lives on main's stack.
+  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO*, UINT*) override;
+
+ private:
+  IActiveScript* script_ = nullptr;
+  std::vector<EventSink*> sinks_;
+};
+
+}  // namespace qv::tests

@@ -1,0 +1,102 @@
+# Sourced by ./test and ./demo: what the machine must have, and where things run. Needs to be root
+# where something is missing that only root can install.
+
+repository=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+build=$repository/build
+# Survives a cleaned build tree: the 32-bit root takes a minute to make.
+cache=${QVRT_CACHE:-/var/cache/qvrtlib}
+root32=$cache/wine32
+
+packages=(cmake ninja-build g++ clang libclang-rt-14-dev llvm-14 python3 git ccache
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine wine64 libwine-dev
+  googletest libgtest-dev debootstrap xvfb xauth ca-certificates
+  fonts-liberation fonts-wine)
+
+say() { printf '\n== %s\n' "$*"; }
+die() { printf 'error: %s\n' "$*" >&2; exit 1; }
+
+install_packages() {
+  local missing=()
+  local package
+  for package in "${packages[@]}"; do
+    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  say "installing packages: ${missing[*]}"
+  [ "$(id -u)" -eq 0 ] || die "run once as root, or install: ${missing[*]}"
+  apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends "${missing[@]}" \
+    > "$build/apt.log" 2>&1 || { tail -20 "$build/apt.log"; die "apt-get failed"; }
+}
+
+# The 32-bit Wine lives in a root of its own: Debian's security archive has no usable i386 index to
+# install it beside the host's packages.
+prepare_root32() {
+  if [ ! -e "$root32/.complete" ]; then
+    say "making a 32-bit Debian with Wine in $root32 (about two minutes, once)"
+    [ "$(id -u)" -eq 0 ] || die "the 32-bit root must be made by root"
+    rm -rf "$root32"
+    mkdir -p "$root32"
+    debootstrap --arch=i386 --variant=minbase bookworm "$root32" > "$build/debootstrap.log" 2>&1 ||
+      { tail -20 "$build/debootstrap.log"; die "debootstrap failed"; }
+    chroot "$root32" sh -c 'apt-get update -qq &&
+      DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends \
+        wine wine32 xvfb xauth' > "$build/wine32.log" 2>&1 ||
+      { tail -20 "$build/wine32.log"; die "installing the 32-bit Wine failed"; }
+    touch "$root32/.complete"
+  fi
+  mountpoint -q "$root32/proc" || mount -t proc proc "$root32/proc"
+  mkdir -p "$root32/qvrt"
+  # Another checkout may have been there.
+  if [ "$(stat -c %d:%i "$root32/qvrt")" != "$(stat -c %d:%i "$repository")" ]; then
+    mountpoint -q "$root32/qvrt" && umount "$root32/qvrt"
+    mount --bind "$repository" "$root32/qvrt"
+  fi
+}
+
+# run_wine x64|x86 PROGRAM ARGUMENT...: Wine of that bitness in its own prefix below the build tree.
+# The working folder of the program is the repository; paths may be given relative to it.
+run_wine() {
+  local bits=$1
+  shift
+  local settings=(WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES=mscoree,mshtml=
+    LC_ALL="${QVRT_LOCALE:-C}" HOME=/tmp OANOCACHE="${OANOCACHE:-}")
+  [ -n "$OANOCACHE" ] || unset 'settings[4]'
+  if [ "$bits" = x64 ]; then
+    (cd "$repository" &&
+      env "${settings[@]}" WINEPREFIX="$build/wine-x64" ${DISPLAY:+DISPLAY="$DISPLAY"} wine "$@")
+  else
+    chroot "$root32" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin "${settings[@]}" WINEARCH=win32 \
+      WINEPREFIX=/qvrt/build/wine-x86 sh -c 'cd /qvrt && exec wine "$@"' wine "$@"
+  fi
+}
+
+# A throw-away prefix with no display (windows and messages work without one), the server in it.
+prepare_prefix() {
+  local bits=$1
+  if [ ! -e "$build/wine-$bits/.complete" ]; then
+    say "making a Wine prefix for $bits"
+    rm -rf "$build/wine-$bits"
+    mkdir -p "$build/wine-$bits"
+    run_wine "$bits" wineboot -i > "$build/wineboot-$bits.log" 2>&1 ||
+      { tail -5 "$build/wineboot-$bits.log"; die "wineboot failed"; }
+    run_wine "$bits" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null 2>&1
+    touch "$build/wine-$bits/.complete"
+  fi
+  run_wine "$bits" regsvr32 /s "build\\$bits\\QvRtLibOle.dll" ||
+    die "the $bits server did not register"
+}
+
+# Several builds of the same sources, in whatever folder, share their objects.
+export CCACHE_BASEDIR=$repository CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=time_macros
+
+build_preset() {
+  local preset=$1
+  say "building $preset"
+  [ -e "$build/$preset/build.ninja" ] ||
+    (cd "$repository" && cmake --preset "$preset" > "$build/cmake-$preset.log" 2>&1) ||
+    { tail -20 "$build/cmake-$preset.log"; die "configuring $preset failed"; }
+  cmake --build "$build/$preset" > "$build/build-$preset.log" 2>&1 ||
+    { grep -E 'error:|undefined|FAILED' -A3 "$build/build-$preset.log" | head -60; die "building $preset failed"; }
+}

@@ -1,0 +1,171 @@
+#!/usr/bin/env python3
+"""Runs the suites named, prints every failure and at last one line "N passed, N failed".
+
+Suites: native (the portable core), asan (the same under sanitizers, and a short run of every
+fuzzer), x64 and x86 (the server under Wine: the modules from inside, typed clients, scripts on the
+small script host and on the platform's own cscript).
+"""
+
+import argparse
+import os
+import re
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+REPOSITORY = Path(__file__).resolve().parent.parent
+BUILD = REPOSITORY / "build"
+FUZZ_SECONDS = 5
+
+
+class Totals:
+    def __init__(self):
+        self.passed = self.failed = 0
+
+    def add(self, passed, failed):
+        self.passed += passed
+        self.failed += failed
+
+
+def shell(command, **options):
+    """A command with the functions of tools/environment.sh at hand."""
+    return subprocess.run(
+        ["bash", "-c", f". tools/environment.sh; {command}"], cwd=REPOSITORY, check=False, **options
+    )
+
+
+def prepare(command):
+    if shell(command).returncode != 0:
+        sys.exit(f"error: {command} failed")
+
+
+def captured(command, timeout_s):
+    """(exit code, output) of a command; a command that hangs is ended and fails."""
+    try:
+        done = shell(
+            command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=timeout_s
+        )
+        return done.returncode, done.stdout.decode("utf-8", "replace").replace("\r", "")
+    except subprocess.TimeoutExpired as expired:
+        return 124, (expired.stdout or b"").decode("utf-8", "replace") + "\nended: it hung\n"
+
+
+def run_googletest(totals, title, command, timeout_s=900):
+    """A GoogleTest program: counts its tests; one that ends early has failed."""
+    start = time.monotonic()
+    code, output = captured(command, timeout_s)
+    passed = len(re.findall(r"^\[ +OK \]", output, re.M))
+    failed = len(re.findall(r"^\[ +FAILED +\] \S+ \(", output, re.M))
+    if code != 0 and failed == 0:
+        failed = 1
+    totals.add(passed, failed)
+    print(f"{title}: {passed} passed, {failed} failed ({time.monotonic() - start:.0f} s)", flush=True)
+    for line in re.findall(r"^\[ +SKIPPED +\] \S+ \(.*|^.*Skipped\n.*", output, re.M):
+        print(f"  skipped: {line}")
+    if failed:
+        print(failures_of(output))
+
+
+def failures_of(output):
+    """What a person needs of a failing program's output."""
+    blocks = re.split(r"^(?=\[ RUN)", output, flags=re.M)
+    failing = [b for b in blocks if "FAILED" in b or b is blocks[-1]]
+    return "".join(failing)[-12000:]
+
+
+def run_script(totals, title, command):
+    """A script that prints a line "ok NAME" or "FAILED NAME: ..." a check and ends in "done"."""
+    code, output = captured(command, 300)
+    passed = len(re.findall(r"^ok ", output, re.M))
+    failures = re.findall(r"^FAILED .*", output, re.M)
+    finished = re.search(r"^done$", output, re.M) is not None
+    if not finished or code != 0:
+        failures.append(f"FAILED the script did not run to its end (exit code {code})")
+    totals.add(passed, len(failures))
+    print(f"{title}: {passed} passed, {len(failures)} failed", flush=True)
+    if failures:
+        print("\n".join(failures))
+        if not finished:
+            print(output[-4000:])
+
+
+def run_native(totals, pattern):
+    prepare("build_preset native")
+    run_googletest(totals, "native", f"build/native/tests/native/native_tests --gtest_filter='{pattern}'")
+    for script in sorted((REPOSITORY / "tests/peers").glob("*.sh")):
+        run_script(totals, f"peers/{script.name}", f"bash {script} 2>&1")
+
+
+def run_asan(totals, pattern):
+    prepare("build_preset native-asan")
+    folder = BUILD / "native-asan/tests"
+    run_googletest(totals, "asan", f"{folder}/native/native_tests --gtest_filter='{pattern}'", 1800)
+    for fuzzer in sorted((folder / "fuzz").glob("*_fuzz")):
+        corpus = REPOSITORY / "tests/fuzz/corpus" / fuzzer.name.removesuffix("_fuzz")
+        work = BUILD / "fuzz" / fuzzer.name
+        work.mkdir(parents=True, exist_ok=True)
+        seeds = str(corpus) if corpus.is_dir() else ""
+        code, output = captured(
+            f"{fuzzer} -max_total_time={FUZZ_SECONDS} -rss_limit_mb=2048 -timeout=20 "
+            f"-artifact_prefix={work}/ {work} {seeds} 2>&1",
+            FUZZ_SECONDS + 60,
+        )
+        totals.add(int(code == 0), int(code != 0))
+        print(f"fuzz {fuzzer.name}: {'passed' if code == 0 else 'FAILED'}", flush=True)
+        if code:
+            print(output[-4000:])
+
+
+def scripts_matching(folder, word):
+    return sorted(p for p in folder.glob("*.vbs") if word in p.name)
+
+
+def run_windows(totals, bits, pattern, word):
+    if bits == "x86":
+        prepare("prepare_root32")
+    prepare(f"build_preset {bits}")
+    prepare(f"prepare_prefix {bits}")
+    missing = (BUILD / bits / "src/generated/not_built.txt").read_text("ascii").split()
+    print(f"{bits}: members still answering run-time error 445: {len(missing)}")
+    program = f"build/{bits}/tests/server"
+    for name in ("module_tests", "server_tests"):
+        run_googletest(
+            totals, f"{bits} {name}",
+            f"run_wine {bits} {program}/{name}.exe --gtest_filter='{pattern}' 2>&1",
+        )
+    scripts = REPOSITORY / "tests/scripts"
+    for script in scripts_matching(scripts, word):
+        path = script.relative_to(REPOSITORY)
+        run_script(
+            totals, f"{bits} {script.name}",
+            f"run_wine {bits} {program}/script_host.exe tests/scripts/support/checks.vbs {path} 2>&1",
+        )
+    for script in scripts_matching(scripts / "cscript", word):
+        path = str(script.relative_to(REPOSITORY)).replace("/", "\\\\")
+        run_script(totals, f"{bits} cscript {script.name}",
+                   f"run_wine {bits} cscript //nologo {path} 2>&1")
+    shell(f"run_wine {bits} wineboot -k", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("suites", nargs="+")
+    parser.add_argument("--filter", default="")
+    options = parser.parse_args()
+    pattern = f"*{options.filter}*" if options.filter else "*"
+    totals = Totals()
+    for suite in options.suites:
+        if suite == "native":
+            run_native(totals, pattern)
+        elif suite == "asan":
+            run_asan(totals, pattern)
+        else:
+            run_windows(totals, suite, pattern, options.filter)
+    print(f"\n{totals.passed} passed, {totals.failed} failed")
+    sys.exit(1 if totals.failed or not totals.passed else 0)
+
+
+if __name__ == "__main__":
+    os.environ.setdefault("ASAN_OPTIONS", "allocator_may_return_null=1")
+    main()
