@@ -291,31 +291,32 @@ void bench_files(const std::string& folder, double share, const char* density) {
   const zlog::ConstBitSpan ours = std::as_const(set.ours).view();
   const std::span<const std::uint8_t> raw(reinterpret_cast<const std::uint8_t*>(set.peers->array),
                                           set.bytes());
-  const std::string path = folder + "/zlog_bench.flt";
-  const std::string raw_path = folder + "/zlog_bench.raw";
+  // One file for both, since where a file lies on the disk makes a difference.
+  const std::string path = folder + "/zlog_bench.tmp";
   std::vector<std::uint32_t> scratch(zlog::kImageScratchWords);
   const auto row = [&](const char* name, auto run, auto peer) {
     const std::string what = std::string(name) + ", " + density;
-    print_rate(what.c_str(), set.bytes(), compare(7, 1, run, peer));
+    print_rate(what.c_str(), set.bytes(), compare(9, 1, run, peer));
   };
   constexpr int kNew = O_WRONLY | O_CREAT | O_TRUNC;
   constexpr int kOver = O_WRONLY | O_CREAT;
   row(
       "Save, new file", [&] { save(path, kNew, ours, scratch); },
-      [&] { write_raw(raw_path, kNew, raw); });
-  row(
-      "Save, over a file", [&] { save(path, kOver, ours, scratch); },
-      [&] { write_raw(raw_path, kOver, raw); });
+      [&] { write_raw(path, kNew, raw); });
   row(
       "Save head first, new file", [&] { save_head_first(path, kNew, ours, scratch); },
-      [&] { write_raw(raw_path, kNew, raw); });
+      [&] { write_raw(path, kNew, raw); });
+  row(
+      "Save, over a file", [&] { save(path, kOver, ours, scratch); },
+      [&] { write_raw(path, kOver, raw); });
   row(
       "Save head first, over a file", [&] { save_head_first(path, kOver, ours, scratch); },
-      [&] { write_raw(raw_path, kOver, raw); });
+      [&] { write_raw(path, kOver, raw); });
+  // The image, which a saved set may leave shorter, lies over the raw words: both can be read.
+  save(path, kOver, ours, scratch);
   row(
-      "Load", [&] { load(path, scratch); }, [&] { read_raw(raw_path, raw.size()); });
+      "Load", [&] { load(path, scratch); }, [&] { read_raw(path, raw.size()); });
   std::remove(path.c_str());
-  std::remove(raw_path.c_str());
 }
 
 }  // namespace

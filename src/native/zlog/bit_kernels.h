@@ -5,7 +5,7 @@
 
 namespace qv::native::zlog {
 
-inline constexpr std::size_t kListSlack = 4;
+inline constexpr std::size_t kListSlack = 2;
 
 // The inner loops over whole words, once for any processor and again for those with wider
 // registers. All sets give the same results; words need no alignment beyond their own. A source

@@ -4,9 +4,6 @@
 
 #include <immintrin.h>
 
-#include <algorithm>
-#include <bit>
-
 #define QV_AVX2 gnu::target("avx2")
 #define QV_AVX2_BITS gnu::target("avx2,bmi,popcnt")
 #define QV_AVX512 gnu::target("avx512f,avx512vpopcntdq")
@@ -176,36 +173,37 @@ template <class Operation>
   return words;
 }
 
-// Lists where few bits are set: each word puts a fixed number of entries without asking how many it
-// has, and the next word overwrites those that were none. So nothing is left for the branch
-// prediction to miss but words with more.
+// Puts the numbers of a word's bits and gives the end of the list. Where few bits are set, it
+// writes a fixed number of entries without asking how many there are, and the next word overwrites
+// those that were none: so nothing is left for the branch prediction to miss but words with more.
+// The instruction itself counts the zeros, as it has an answer for a word of 0.
+[[QV_AVX2_BITS, gnu::always_inline]] inline std::uint32_t* list_word(std::uint32_t word,
+                                                                     std::uint32_t base,
+                                                                     std::uint32_t* next) {
+  static_assert(kListSlack == 2);
+  std::uint32_t* const end = next + _mm_popcnt_u32(word);
+  next[0] = base + _tzcnt_u32(word);
+  word = _blsr_u32(word);
+  next[1] = base + _tzcnt_u32(word);
+  for (next += kListSlack; next < end; ++next) {
+    word = _blsr_u32(word);
+    *next = base + _tzcnt_u32(word);
+  }
+  return end;
+}
+
 [[QV_AVX2_BITS]] std::size_t list(const std::uint32_t* source, std::size_t words,
                                   std::uint32_t first, std::uint32_t* numbers) {
-  static_assert(kListSlack == 4);
   std::uint32_t* next = numbers;
   std::size_t i = 0;
-  while (i < words) {
-    if (i + kVectorWords <= words) {
-      const __m256i vector = load(source + i);
-      if (_mm256_testz_si256(vector, vector)) {
-        i += kVectorWords;
-        continue;
-      }
-    }
-    for (const std::size_t end = std::min(i + kVectorWords, words); i < end; i += 2) {
-      std::uint64_t pair = source[i];
-      if (i + 1 < end) pair |= std::uint64_t{source[i + 1]} << 32;
-      const auto base = first + static_cast<std::uint32_t>(i * 32);
-      const auto here = static_cast<std::size_t>(std::popcount(pair));
-      for (std::size_t entry = 0; entry < kListSlack; ++entry, pair &= pair - 1) {
-        next[entry] = base + static_cast<unsigned>(std::countr_zero(pair));
-      }
-      for (std::size_t entry = kListSlack; entry < here; ++entry, pair &= pair - 1) {
-        next[entry] = base + static_cast<unsigned>(std::countr_zero(pair));
-      }
-      next += here;
+  for (; i + kVectorWords <= words; i += kVectorWords, first += kVectorWords * 32) {
+    const __m256i vector = load(source + i);
+    if (_mm256_testz_si256(vector, vector)) continue;
+    for (std::uint32_t word = 0; word < kVectorWords; ++word) {
+      next = list_word(source[i + word], first + word * 32, next);
     }
   }
+  for (; i < words; ++i, first += 32) next = list_word(source[i], first, next);
   return static_cast<std::size_t>(next - numbers);
 }
 

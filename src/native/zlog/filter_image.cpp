@@ -25,9 +25,9 @@ constexpr std::size_t kHeadCrcAt = 20;
 constexpr std::uint32_t kCrcStart = 0xFFFFFFFF;
 constexpr std::uint32_t kWordBytes = sizeof(std::uint32_t);
 
-// Words of the map go out and come in by pieces that stay in the processor's cache between the
-// checksum and the copy of the file system.
-constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
+// Words of the map go out and come in by pieces that are worth a call of the file system, and small
+// enough to stay in the processor's cache between that and the checksum.
+constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
 // Between two looks at whether the bit numbers can still be the smaller body.
 constexpr std::size_t kCountStrideWords = std::size_t{1} << 14;
