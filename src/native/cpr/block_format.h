@@ -29,7 +29,6 @@ inline constexpr std::array<std::uint8_t, kLengthSymbols> kLengthExtraBits{0, 0,
 
 inline constexpr std::size_t kDistanceSymbols = 64;
 inline constexpr unsigned kLongestDistanceCode = 8;
-inline constexpr unsigned kLongestLengthCode = 7;
 inline constexpr unsigned kLongestLiteralCode = 13;
 
 // Symbols with a code of so many bits: this many of them, in ascending order.

@@ -18,9 +18,9 @@ struct Search {
 };
 
 // Finds, for each position of a piece of text, the matches worth using: of each length the nearest.
-// Pairs and triples have their nearest earlier place noted beforehand; longer ones stand in chains
-// of places with the same four bytes, newest first. The piece is asked backwards, so that a match
-// often is the one of the position behind, begun a byte earlier.
+// Earlier places stand in chains, newest first: those with the same pair, and those whose first
+// three or four bytes have the same hash. The piece is asked backwards, so that a match often is
+// the one of the position behind, begun a byte earlier.
 class MatchFinder {
  public:
   static constexpr std::size_t kMostBytes = 32767;
@@ -31,9 +31,9 @@ class MatchFinder {
   // must outlive the questions.
   void load(std::span<const std::uint8_t> text, std::size_t begin, std::size_t size);
 
-  // Calls take(length, distance) for the matches at a position of the piece, each longer and
-  // farther than the one before; it holds for all lengths down to that one. To be called from the
-  // last position down to the first.
+  // Calls take(shortest, longest, distance) for the matches at a position of the piece, each longer
+  // and farther than the one before: all lengths in between are had at that distance. A shortest of
+  // 2 means a pair alone. To be called from the last position down to the first.
   template <typename Take>
   void for_each_match(std::size_t position, Take&& take);
 
@@ -43,6 +43,7 @@ class MatchFinder {
   static constexpr std::uint16_t kNowhere = 0xFFFF;
   // Other triples of the same hash are passed over so far; beyond it a triple may pass for new.
   static constexpr int kMostCollisions = 32;
+  // A match that is long enough offers no shorter length than this.
   static constexpr unsigned kShortestOfLong = 12;
 
   // Equal bytes at two places of which `length` are known to be equal; at most `limit`.
