@@ -128,7 +128,7 @@ Coded code_with_peer(const std::vector<std::span<const std::uint8_t>>& blocks, c
   for (const auto block : blocks) {
     PeerStream stream{block, {}};
     stream.output.reserve(kBlockBytes * 2);
-    unsigned peer_type = static_cast<unsigned>(type);
+    auto peer_type = static_cast<unsigned>(type);
     unsigned dictionary_bytes = 4096;
     implode(peer_read, peer_write, work.data(), &stream, &peer_type, &dictionary_bytes);
     coded.bytes += std::min(stream.output.size(), block.size());

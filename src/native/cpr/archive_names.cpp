@@ -26,20 +26,20 @@ bool climbs(std::basic_string_view<Char> component) {
 template <typename Char>
 bool stays(std::basic_string_view<Char> name) {
   if (name.empty() || is_separator(name.front())) return false;
+  if (std::ranges::count(name, Char{':'}) != 0 || std::ranges::count(name, Char{}) != 0)
+    return false;
   for (auto rest = name;;) {
-    const auto end = std::find_if(rest.begin(), rest.end(), is_separator<Char>);
-    const auto component = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
-    if (climbs(component) || component.find(Char{':'}) != component.npos ||
-        component.find(Char{}) != component.npos) {
-      return false;
-    }
-    if (end == rest.end()) return true;
-    rest.remove_prefix(component.size() + 1);
+    const auto length =
+        static_cast<std::size_t>(std::ranges::find_if(rest, is_separator<Char>) - rest.begin());
+    const auto component = rest.substr(0, length);
+    if (climbs(component)) return false;
+    if (length == rest.size()) return true;
+    rest.remove_prefix(length + 1);
   }
 }
 
 bool fits(std::string_view text, std::size_t longest) {
-  return text.size() <= longest && text.find('\0') == text.npos;
+  return text.size() <= longest && std::ranges::count(text, '\0') == 0;
 }
 
 }  // namespace

@@ -14,6 +14,11 @@ namespace {
 constexpr std::uint32_t kPolynomial = 0xEDB88320;
 constexpr std::size_t kSlices = 16;
 
+// The next power of x: bits are reflected, so the highest power is the lowest bit.
+constexpr std::uint32_t times_x(std::uint32_t value) {
+  return (value >> 1) ^ ((value & 1) != 0 ? kPolynomial : 0);
+}
+
 using SliceTable = std::array<std::array<std::uint32_t, 256>, kSlices>;
 
 // tables[k][b] is what byte b leaves in the register when k further zero bytes have passed.
@@ -21,7 +26,7 @@ consteval SliceTable make_tables() {
   SliceTable tables{};
   for (std::uint32_t byte = 0; byte < 256; ++byte) {
     std::uint32_t value = byte;
-    for (int bit = 0; bit < 8; ++bit) value = (value >> 1) ^ ((value & 1) ? kPolynomial : 0);
+    for (int bit = 0; bit < 8; ++bit) value = times_x(value);
     tables[0][byte] = value;
   }
   for (std::size_t slice = 1; slice < kSlices; ++slice) {
@@ -67,8 +72,8 @@ constexpr std::size_t kLanes = 8;
 // x to this power modulo the polynomial, bits reflected, one place higher as the product asks.
 consteval long long power_of_x(unsigned exponent) {
   std::uint32_t value = 0x80000000;
-  for (unsigned i = 0; i < exponent; ++i) value = (value >> 1) ^ ((value & 1) ? kPolynomial : 0);
-  return static_cast<long long>(std::uint64_t{value} << 1);
+  for (unsigned i = 0; i < exponent; ++i) value = times_x(value);
+  return 2LL * value;
 }
 
 struct Powers {
