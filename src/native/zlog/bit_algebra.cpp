@@ -53,14 +53,13 @@ bool summarise(std::span<const std::uint32_t> words, BitSpan summary) {
   if (static_cast<std::size_t>(summary.limit()) < words.size()) return false;
   // Word i of the summary is written after words 32 i to 32 i + 31 have been read, so the two may
   // share their memory.
-  const std::span<std::uint32_t> target = summary.used();
   std::size_t at = 0;
-  for (std::size_t i = 0; i < target.size(); ++i) {
+  for (std::uint32_t& target : summary.used()) {
     std::uint32_t flags = 0;
     for (std::uint32_t bit = 0; bit < kWordBits && at < words.size(); ++bit, ++at) {
       flags |= static_cast<std::uint32_t>(words[at] != 0) << bit;
     }
-    target[i] = flags;
+    target = flags;
   }
   return true;
 }
