@@ -6,6 +6,8 @@ build=$repository/build
 # Survives a cleaned build tree: the 32-bit root takes a minute to make.
 cache=${QVRT_CACHE:-/var/cache/qvrtlib}
 root32=$cache/wine32
+# Where this checkout appears inside that root; several may at the same time.
+inside32=/qvrt/$(printf %s "$repository" | cksum | cut -d' ' -f1)
 
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev llvm-14 python3 git ccache
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine wine64 libwine-dev
@@ -47,12 +49,8 @@ prepare_root32() {
     touch "$root32/.complete"
   fi
   mountpoint -q "$root32/proc" || mount -t proc proc "$root32/proc"
-  mkdir -p "$root32/qvrt"
-  # Another checkout may have been there.
-  if [ "$(stat -c %d:%i "$root32/qvrt")" != "$(stat -c %d:%i "$repository")" ]; then
-    mountpoint -q "$root32/qvrt" && umount "$root32/qvrt"
-    mount --bind "$repository" "$root32/qvrt"
-  fi
+  mkdir -p "$root32$inside32"
+  mountpoint -q "$root32$inside32" || mount --bind "$repository" "$root32$inside32"
 }
 
 # run_wine x64|x86 PROGRAM ARGUMENT...: Wine of that bitness in its own prefix below the build tree.
@@ -68,7 +66,7 @@ run_wine() {
       env "${settings[@]}" WINEPREFIX="$build/wine-x64" ${DISPLAY:+DISPLAY="$DISPLAY"} wine "$@")
   else
     chroot "$root32" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin "${settings[@]}" WINEARCH=win32 \
-      WINEPREFIX=/qvrt/build/wine-x86 sh -c 'cd /qvrt && exec wine "$@"' wine "$@"
+      WINEPREFIX="$inside32/build/wine-x86" sh -c "cd $inside32 && exec wine \"\$@\"" wine "$@"
   fi
 }
 
