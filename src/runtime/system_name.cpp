@@ -1,0 +1,40 @@
+#include "runtime/system_name.h"
+
+namespace qv {
+namespace {
+
+// A folder must leave room for a name of 12 characters behind it, so its limit is the lower one.
+constexpr std::size_t kShortFolder = MAX_PATH - 12;
+
+bool starts_with_separators(std::wstring_view name) {
+  return name.starts_with(L"\\\\") || name.starts_with(L"//");
+}
+
+bool is_absolute(std::wstring_view name) {
+  return name.substr(1).starts_with(L":\\") || starts_with_separators(name);
+}
+
+bool is_short(std::wstring_view name) {
+  if (name.size() >= kShortFolder) return false;
+  return (!name.empty() && is_absolute(name)) ||
+         name.size() + GetCurrentDirectoryW(0, nullptr) < kShortFolder;
+}
+
+}  // namespace
+
+Text system_name(std::wstring_view name) {
+  const Text given(name.substr(0, name.find(L'\0')));
+  if (is_short(given)) return given;
+  const DWORD size = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
+  if (size == 0) return given;
+  Text full = Text::uninitialized(size - 1);
+  const DWORD length = GetFullPathNameW(given.c_str(), size, full.data(), nullptr);
+  if (length >= size) return given;
+  full.cut(length);
+  const auto path = full.view();
+  if (path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\")) return full;
+  if (path.starts_with(L"\\\\")) return concat({L"\\\\?\\UNC\\", path.substr(2)});
+  return concat({L"\\\\?\\", path});
+}
+
+}  // namespace qv
