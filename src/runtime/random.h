@@ -1,7 +1,7 @@
 // The calling language's random generator, one per thread. It is no source of secrets.
 #pragma once
 
-#include "automation/types.h"
+#include "automation/text.h"
 
 namespace qv {
 
