@@ -87,14 +87,17 @@ void set_description(QVtError& target, const Text& given) {
   }
 }
 
-void set_full(QVtError& target, const Err& pending, const ErrorFields& given) {
+void take_pending(QVtError& target, const Err& pending) {
   target.Number = pending.Number;
   target.Description = pending.Description;
   target.HelpContext = pending.HelpContext;
   target.HelpFile = pending.HelpFile;
   target.LastDLLError = pending.LastDllError;
   target.Source = pending.Source;
-  // An argument that can't be converted leaves its field as it is.
+}
+
+// An argument that can't be converted leaves its field as it is.
+void take_given(QVtError& target, const ErrorFields& given) {
   attempt([&] { store_if_given(target.Number, given.Number); });
   attempt([&] { store_if_given(target.Source, given.Source); });
   attempt([&] {
@@ -103,6 +106,24 @@ void set_full(QVtError& target, const Err& pending, const ErrorFields& given) {
   attempt([&] { store_if_given(target.HelpFile, given.HelpFile); });
   attempt([&] { store_help_context(target, given.HelpContext); });
   attempt([&] { store_if_given(target.LastDLLError, given.LastDLLError); });
+}
+
+bool is_full(Long flags) noexcept { return (flags & (kChain | kExplicit)) == 0; }
+
+void record(const Text& UserId, const Err& pending, const ErrorFields& fields, Long Flags,
+            const Variant& Caption, Long Buttons) {
+  QVtError& target = target_for(UserId);
+  if (target.Locked) return;
+  if ((Flags & kChain) != 0) {
+    set_chained(target, fields);
+  } else if (!is_full(Flags)) {
+    set_explicit(target, fields, Caption, Buttons);
+  } else {
+    take_pending(target, pending);
+    target.Buttons = Buttons;
+    store_if_given(target.Caption, Caption);
+    take_given(target, fields);
+  }
 }
 
 void clear(QVtError& record) {
@@ -143,13 +164,13 @@ Boolean Error_New(QVtError*& Target, const Text& UserId) {
 }
 
 void Set_Error(const ErrorFields& fields, Long Flags, const Variant& Caption, Long Buttons) {
-  if ((Flags & (kChain | kExplicit)) != 0) {
-    attempt([&] { Error_SetEx_for(L"", fields, Flags, Caption, Buttons); });
+  if (!is_full(Flags)) {
+    attempt([&] { record(L"", Err(), fields, Flags, Caption, Buttons); });
     return;
   }
   attempt([&] {
-    Err pending = pending_error();
-    clear_pending_error();
+    Err pending = std::move(err());
+    clear_errors();
     if (pending.Number == kNoErrorNumber) pending.Number = 0;
     Text help_context = decimal(pending.HelpContext);
     attempt([&] { store_if_given(pending.Number, fields.Number); });
@@ -165,38 +186,28 @@ void Set_Error(const ErrorFields& fields, Long Flags, const Variant& Caption, Lo
     // What failed to convert above was dealt with; it is not the error to be recorded.
     err().clear();
     // The help context goes on as text, so that it ends up in HelpId.
-    Error_SetEx_for(L"",
-                    {.Number = pending.Number,
-                     .Source = pending.Source,
-                     .Description = pending.Description,
-                     .HelpFile = pending.HelpFile,
-                     .HelpContext = help_context,
-                     .LastDLLError = pending.LastDllError},
-                    Flags, Caption, Buttons);
+    record(L"", Err(),
+           {.Number = pending.Number,
+            .Source = std::move(pending.Source),
+            .Description = std::move(pending.Description),
+            .HelpFile = std::move(pending.HelpFile),
+            .HelpContext = std::move(help_context),
+            .LastDLLError = pending.LastDllError},
+           Flags, Caption, Buttons);
   });
 }
 
 void Error_SetEx_for(const Text& UserId, const ErrorFields& fields, Long Flags,
                      const Variant& Caption, Long Buttons) {
-  const bool full = (Flags & (kChain | kExplicit)) == 0;
-  const Err pending = full ? pending_error() : Err();
-  QVtError& target = target_for(UserId);
-  if (target.Locked) return;
-  if ((Flags & kChain) != 0) {
-    set_chained(target, fields);
-  } else if (!full) {
-    set_explicit(target, fields, Caption, Buttons);
-  } else {
-    target.Buttons = Buttons;
-    store_if_given(target.Caption, Caption);
-    set_full(target, pending, fields);
-  }
+  record(UserId, is_full(Flags) ? application_error() : Err(), fields, Flags, Caption, Buttons);
 }
 
 void Error_Set_for(const Text& UserId, const ErrorFields& fields) {
-  const Err pending = pending_error();
+  const Err pending = application_error();
   QVtError& target = target_for(UserId);
-  if (!target.Locked) set_full(target, pending, fields);
+  if (target.Locked) return;
+  take_pending(target, pending);
+  take_given(target, fields);
 }
 
 void Reset_Error_for(const Text& UserId, Boolean Force) {

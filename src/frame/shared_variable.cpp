@@ -15,6 +15,11 @@ struct SharedVariable {
   ApartmentWatch* watch = nullptr;  // owned by the platform's list of spies
 };
 
+// An array or a record may hold objects as well as an object variable.
+bool may_hold_object(const Variant& value) noexcept {
+  return value.is_object() || value.is_array() || value.type() == VT_RECORD;
+}
+
 SharedVariable& shared() { return per_thread<SharedVariable>(); }
 
 // Told by the platform before a thread leaves its apartment. While it listens the library stays
@@ -73,10 +78,10 @@ Variant get_SharedVar() { return shared().value; }
 void put_SharedVar(const Variant& Value) {
   SharedVariable& variable = shared();
   Variant copy(Value);
-  if (copy.is_object() && variable.watch == nullptr) variable.watch = ApartmentWatch::start();
+  if (may_hold_object(copy) && variable.watch == nullptr) variable.watch = ApartmentWatch::start();
   // What was held is let go last: its end may run code that comes back here.
   std::swap(variable.value, copy);
-  if (!variable.value.is_object() && variable.watch != nullptr) {
+  if (!may_hold_object(variable.value) && variable.watch != nullptr) {
     std::exchange(variable.watch, nullptr)->stop();
   }
 }

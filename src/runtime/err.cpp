@@ -1,5 +1,7 @@
 #include "runtime/err.h"
 
+#include <utility>
+
 #include "automation/late_bound.h"
 #include "automation/thread_state.h"
 
@@ -29,6 +31,25 @@ Object<IDispatch> host_error() noexcept {
   return nullptr;
 }
 
+// Where memory is too short for the name, the rest of the error is still worth having.
+Text library_name() noexcept {
+  try {
+    return kLibraryName;
+  } catch (...) {
+    return {};
+  }
+}
+
+Err read(const Object<IDispatch>& host) {
+  using late_bound::get;
+  return {.Number = get(host, L"Number").to_long(),
+          .Description = get(host, L"Description").to_text(),
+          .Source = get(host, L"Source").to_text(),
+          .HelpFile = get(host, L"HelpFile").to_text(),
+          .HelpContext = get(host, L"HelpContext").to_long(),
+          .LastDllError = get(host, L"LastDllError").to_long()};
+}
+
 }  // namespace
 
 void Err::forget_error() noexcept {
@@ -39,37 +60,28 @@ void Err::forget_error() noexcept {
   HelpContext = 0;
 }
 
-void Err::set(const RunTimeError& error) {
+void Err::set(RunTimeError error) noexcept {
   Number = error.number;
-  Description = error.description;
-  Source = error.source.empty() ? Text(kLibraryName) : error.source;
-  HelpFile = error.help_file;
+  Description = std::move(error.description);
+  Source = error.source.empty() ? library_name() : std::move(error.source);
+  HelpFile = std::move(error.help_file);
   HelpContext = error.help_context;
 }
 
 Err& err() { return per_thread<Err>(); }
 
-Err pending_error() {
-  Err& own = err();
-  if (own.Number != 0) return own;
+Err application_error() {
   const auto host = host_error();
-  if (!host) return own;
-  using late_bound::get;
-  Err pending;
-  pending.Number = get(host, L"Number").to_long();
-  pending.Description = get(host, L"Description").to_text();
-  pending.Source = get(host, L"Source").to_text();
-  pending.HelpFile = get(host, L"HelpFile").to_text();
-  pending.HelpContext = get(host, L"HelpContext").to_long();
-  // A call that the host itself made to the system is the later one, if it left anything.
-  const Long last = get(host, L"LastDllError").to_long();
-  pending.LastDllError = last != 0 ? last : own.LastDllError;
+  if (!host) return err();
+  Err pending = read(host);
+  // The library's own calls to the system are calls like any others of the thread.
+  if (pending.LastDllError == 0) pending.LastDllError = err().LastDllError;
   return pending;
 }
 
-void clear_pending_error() noexcept {
+void clear_errors() noexcept {
+  err().clear();
   try {
-    err().clear();
     if (const auto host = host_error()) late_bound::call(host, L"Clear");
   } catch (...) {
     return;  // a host whose error object can't be cleared keeps its error

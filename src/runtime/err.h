@@ -8,9 +8,9 @@ namespace qv {
 
 struct Err {
   Long Number = 0;
-  Text Description;
-  Text Source;
-  Text HelpFile;
+  Text Description{};
+  Text Source{};
+  Text HelpFile{};
   Long HelpContext = 0;
   // The system's last error after a platform call that the library made.
   Long LastDllError = 0;
@@ -20,17 +20,18 @@ struct Err {
   // What entering and leaving a procedure with a handler does: LastDllError belongs to the last
   // platform call and not to an error, so it stays.
   void forget_error() noexcept;
-  void set(const RunTimeError& error);
+  void set(RunTimeError error) noexcept;
 };
 
 // This thread's own.
 Err& err();
 
-// What is pending on this thread: the library's own error object, or else that of the host's
-// language run time, where the process has one that can be reached.
-Err pending_error();
+// What is pending in the application on this thread: its language run time's error object, where
+// the process has one that can be reached, or else the library's own. What failed inside the
+// library is in the library's own.
+Err application_error();
 // Clears both.
-void clear_pending_error() noexcept;
+void clear_errors() noexcept;
 
 // Takes the system's last error for LastDllError. To be called at once after a platform call.
 void capture_last_dll_error() noexcept;

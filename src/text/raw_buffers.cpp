@@ -105,11 +105,12 @@ Boolean Buffer_Put(Text& Buffer, Long& Offset, const Variant& InVal, Boolean Str
     if (Offset < 1) raise(kInvalidProcedureCall);
 
     wchar_t* target = Buffer.data() + (Offset - 1);
-    if (prefix != 0) put_image(target, width);
     if (is_text) {
-      // The caller may put a buffer into itself: the text lies where it is now, and overlaps.
+      // The caller may put a buffer into itself: the text lies where it is now, it overlaps, and
+      // its prefix may fall upon it.
       std::char_traits<wchar_t>::move(target + prefix, InVal.text_view().data(),
                                       static_cast<std::size_t>(width));
+      if (prefix != 0) put_image(target, width);
     } else {
       put_value(target, InVal);
     }
