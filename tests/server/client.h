@@ -90,6 +90,9 @@ class String {
   BSTR bstr_ = nullptr;
 };
 inline bool operator==(const String& a, std::wstring_view b) { return a.view() == b; }
+inline bool operator==(const String& a, const wchar_t* b) {
+  return a.view() == std::wstring_view(b);
+}
 
 // A Variant variable of the client.
 struct Value : VARIANT {
