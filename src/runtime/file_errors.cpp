@@ -61,7 +61,8 @@ bool names_a_missing_drive(const wchar_t* name) noexcept {
 Long last_file_error(const wchar_t* name) noexcept {
   const DWORD code = GetLastError();
   capture_last_dll_error();
-  if (code == ERROR_PATH_NOT_FOUND && names_a_missing_drive(name)) return kDeviceUnavailable;
+  const bool is_missing = code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+  if (is_missing && names_a_missing_drive(name)) return kDeviceUnavailable;
   const auto* found = std::ranges::find(kMeanings, code, &Meaning::system_error);
   return found != std::end(kMeanings) ? found->number : kPathFileAccess;
 }
