@@ -28,7 +28,7 @@ std::optional<std::size_t> hex_decode(std::u16string_view digits, std::uint8_t* 
 struct HexDumpLayout {
   std::size_t bytes_per_line;  // 0: none fits
   std::size_t line_ends;
-  std::size_t characters;  // of the whole dump
+  std::uint64_t characters;  // of the whole dump; may exceed what memory can hold
 };
 HexDumpLayout hex_dump_layout(std::size_t byte_count, std::int32_t width,
                               std::size_t line_end_length);

@@ -63,7 +63,9 @@ HexDumpLayout hex_dump_layout(std::size_t byte_count, std::int32_t width,
   const std::size_t bytes_per_line = static_cast<std::size_t>(limit) / kCharactersPerByte;
   std::size_t line_ends = byte_count;
   if (bytes_per_line > 0) line_ends = byte_count == 0 ? 0 : (byte_count - 1) / bytes_per_line;
-  return {bytes_per_line, line_ends, byte_count * kCharactersPerByte + line_ends * line_end_length};
+  return {
+      bytes_per_line, line_ends,
+      std::uint64_t{byte_count} * kCharactersPerByte + std::uint64_t{line_ends} * line_end_length};
 }
 
 void hex_dump(std::span<const std::uint8_t> bytes, std::int32_t width, std::u16string_view line_end,

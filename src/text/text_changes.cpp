@@ -1,0 +1,77 @@
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "native/rtlib/text_search.h"
+#include "runtime/characters.h"
+#include "text/text_tools.h"
+
+namespace qv::text {
+namespace {
+
+using native::rtlib::find_text;
+
+// Calls `use` with the place of each occurrence. It may write there, but not behind it.
+template <class Use>
+void for_each_occurrence(const Text& text, const Text& wanted, Use use) {
+  std::size_t from = 0;
+  while (const auto at = find_text(code_units(text), code_units(wanted), from)) {
+    use(*at);
+    from = *at + wanted.size();
+  }
+}
+
+Text replaced(const Text& text, const Text& wanted, const Text& replacement, std::size_t count) {
+  const std::uint64_t length = text.size() - std::uint64_t{count} * wanted.size() +
+                               std::uint64_t{count} * replacement.size();
+  if (length > std::numeric_limits<Long>::max()) raise(kOutOfStringSpace);
+  Text result = Text::uninitialized(static_cast<std::size_t>(length));
+  wchar_t* target = result.data();
+  std::size_t from = 0;
+  for_each_occurrence(text, wanted, [&](std::size_t at) {
+    target = std::copy(text.data() + from, text.data() + at, target);
+    target = std::ranges::copy(replacement.view(), target).out;
+    from = at + wanted.size();
+  });
+  std::ranges::copy(text.view().substr(from), target);
+  return result;
+}
+
+}  // namespace
+
+void Replace_Str(Text& sstr, const Text& MStr, const Text& rStr) {
+  if (MStr.size() == rStr.size()) {
+    for_each_occurrence(sstr, MStr, [&](std::size_t at) {
+      // One variable may be handed over twice: then the text is its own replacement.
+      std::char_traits<wchar_t>::move(sstr.data() + at, rStr.data(), rStr.size());
+    });
+    return;
+  }
+  std::size_t count = 0;
+  for_each_occurrence(sstr, MStr, [&](std::size_t) { ++count; });
+  if (count > 0) sstr = replaced(sstr, MStr, rStr, count);
+}
+
+void Trunc_Last(Text& sstr) {
+  if (!sstr.empty()) sstr.cut(sstr.size() - 1);
+}
+
+void Trunc_IfLast(Text& sstr, const Text& sLast) {
+  if (sstr.view().ends_with(sLast.view())) sstr.cut(sstr.size() - sLast.size());
+}
+
+Text Label_Filter(const Text& Caption) {
+  Text caption = Caption;
+  Replace_Str(caption, L"&", L"&&");
+  return caption;
+}
+
+Text Label_Strip(const Text& Caption) {
+  Text caption = Caption;
+  Replace_Str(caption, L"&", L"");
+  return caption;
+}
+
+Text C_2_Str(const Text& s) { return before_character_0(s); }
+
+}  // namespace qv::text

@@ -1,0 +1,90 @@
+#include "native/rtlib/text_search.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/native/rtlib/simd_levels.h"
+
+namespace qv::native::rtlib {
+namespace {
+
+using Token = std::optional<std::u16string_view>;
+
+TEST(TextSearch, finds_the_first_occurrence_from_a_place_on) {
+  EXPECT_EQ(find_text(u"abcabc", u"bc"), 1U);
+  EXPECT_EQ(find_text(u"abcabc", u"bc", 2), 4U);
+  EXPECT_EQ(find_text(u"abcabc", u"bc", 5), std::nullopt);
+  EXPECT_EQ(find_text(u"abc", u"abcd"), std::nullopt);
+  EXPECT_EQ(find_text(u"abc", u"C"), std::nullopt) << "case counts";
+}
+
+TEST(TextSearch, an_empty_text_is_nowhere) {
+  EXPECT_EQ(find_text(u"abc", u""), std::nullopt);
+  EXPECT_EQ(find_text(u"", u""), std::nullopt);
+  EXPECT_EQ(find_text(u"", u"a"), std::nullopt);
+  EXPECT_EQ(find_text(u"abc", u"c", 4), std::nullopt);
+}
+
+TEST(TextSearch, tokens_stand_between_separators) {
+  EXPECT_EQ(find_token(u"a$$b", u"$", 0), Token(u"a"));
+  EXPECT_EQ(find_token(u"a$$b", u"$", 1), Token(u""));
+  EXPECT_EQ(find_token(u"a$$b", u"$", 2), Token(u"b"));
+  EXPECT_EQ(find_token(u"a$$b", u"$", 3), std::nullopt);
+  EXPECT_EQ(find_token(u"a$", u"$", 1), Token(u""));
+  EXPECT_EQ(find_token(u"a$", u"$", 2), std::nullopt);
+}
+
+TEST(TextSearch, a_separator_is_one_whole_text_found_without_overlap) {
+  EXPECT_EQ(find_token(u"a%%%b", u"%%", 0), Token(u"a"));
+  EXPECT_EQ(find_token(u"a%%%b", u"%%", 1), Token(u"%b"));
+  EXPECT_EQ(find_token(u"a%%%%b", u"%%", 1), Token(u""));
+  EXPECT_EQ(find_token(u"a%b", u"%%", 0), Token(u"a%b"));
+}
+
+TEST(TextSearch, an_empty_separator_separates_nothing) {
+  EXPECT_EQ(find_token(u"ab", u"", 0), Token(u"ab"));
+  EXPECT_EQ(find_token(u"ab", u"", 1), std::nullopt);
+}
+
+std::vector<std::u16string> tokens_by_cutting(std::u16string text,
+                                              const std::u16string& separator) {
+  std::vector<std::u16string> tokens;
+  std::size_t end = 0;
+  while ((end = text.find(separator)) != std::u16string::npos) {
+    tokens.push_back(text.substr(0, end));
+    text.erase(0, end + separator.size());
+  }
+  tokens.push_back(text);
+  return tokens;
+}
+
+TEST(TextSearch, random_texts_agree_with_plain_search_at_every_level) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 3000; ++round) {
+    std::u16string text(random() % 200, u' ');
+    const std::size_t range = 2 + random() % 3;
+    for (char16_t& c : text) c = u"ab\u0161\u6100"[random() % range];
+    std::u16string wanted(1 + random() % 3, u' ');
+    for (char16_t& c : wanted) c = u"ab\u0161\u6100"[random() % range];
+    const auto tokens = tokens_by_cutting(text, wanted);
+    for (const SimdLevel level : simd_levels()) {
+      for (std::size_t from = 0; from <= text.size(); from += 1 + random() % 20) {
+        const std::size_t expected = text.find(wanted, from);
+        ASSERT_EQ(find_text(text, wanted, from, level).value_or(std::u16string::npos), expected);
+      }
+      for (std::size_t number = 0; number <= tokens.size(); ++number) {
+        const auto token = find_token(text, wanted, number, level);
+        ASSERT_EQ(token.has_value(), number < tokens.size());
+        if (token) {
+          ASSERT_EQ(*token, tokens[number]);
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qv::native::rtlib
