@@ -59,8 +59,8 @@ run_wine() {
   local bits=$1
   shift
   local settings=(WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES=mscoree,mshtml=
-    LC_ALL="${QVRT_LOCALE:-C}" HOME=/tmp OANOCACHE="${OANOCACHE:-}")
-  [ -n "$OANOCACHE" ] || unset 'settings[4]'
+    LC_ALL="${QVRT_LOCALE:-C.UTF-8}" TZ="${QVRT_ZONE:-UTC0}" HOME=/tmp OANOCACHE="${OANOCACHE:-}")
+  [ -n "$OANOCACHE" ] || unset 'settings[5]'
   if [ "$bits" = x64 ]; then
     (cd "$repository" &&
       env "${settings[@]}" WINEPREFIX="$build/wine-x64" ${DISPLAY:+DISPLAY="$DISPLAY"} wine "$@")

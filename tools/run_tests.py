@@ -40,11 +40,12 @@ def prepare(command):
         sys.exit(f"error: {command} failed")
 
 
-def captured(command, timeout_s):
+def captured(command, timeout_s, environment=None):
     """(exit code, output) of a command; a command that hangs is ended and fails."""
     try:
         done = shell(
-            command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=timeout_s
+            command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=timeout_s,
+            env={**os.environ, **(environment or {})},
         )
         return done.returncode, done.stdout.decode("utf-8", "replace").replace("\r", "")
     except subprocess.TimeoutExpired as expired:
@@ -74,9 +75,16 @@ def failures_of(output):
     return "".join(failing)[-12000:]
 
 
-def run_script(totals, title, command):
+def settings_of(script):
+    """A script runs once under each locale and time zone that it asks for by a line
+    "' Under LOCALE ZONE", such as "' Under it_IT.UTF-8 CET-1"."""
+    asked = re.findall(r"^' Under (\S+) (\S+)$", script.read_text("latin-1"), re.M)
+    return [{"QVRT_LOCALE": locale, "QVRT_ZONE": zone} for locale, zone in asked] or [{}]
+
+
+def run_script(totals, title, command, environment=None):
     """A script that prints a line "ok NAME" or "FAILED NAME: ..." a check and ends in "done"."""
-    code, output = captured(command, 300)
+    code, output = captured(command, 300, environment)
     passed = len(re.findall(r"^ok ", output, re.M))
     failures = re.findall(r"^FAILED .*", output, re.M)
     finished = re.search(r"^done$", output, re.M) is not None
@@ -137,10 +145,12 @@ def run_windows(totals, bits, pattern, word):
     scripts = REPOSITORY / "tests/scripts"
     for script in scripts_matching(scripts, word):
         path = script.relative_to(REPOSITORY)
-        run_script(
-            totals, f"{bits} {script.name}",
-            f"run_wine {bits} {program}/script_host.exe tests/scripts/support/checks.vbs {path} 2>&1",
-        )
+        for environment in settings_of(script):
+            run_script(
+                totals, " ".join([bits, script.name, *environment.values()]),
+                f"run_wine {bits} {program}/script_host.exe tests/scripts/support/checks.vbs {path} 2>&1",
+                environment,
+            )
     for script in scripts_matching(scripts / "cscript", word):
         path = str(script.relative_to(REPOSITORY)).replace("/", "\\\\")
         run_script(totals, f"{bits} cscript {script.name}",
