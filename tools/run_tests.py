@@ -17,6 +17,8 @@ from pathlib import Path
 REPOSITORY = Path(__file__).resolve().parent.parent
 BUILD = REPOSITORY / "build"
 FUZZ_SECONDS = 5
+# Beside the one of every other test: a single-byte and a multi-byte ANSI code page.
+CODE_PAGE_LOCALES = ("ru_RU.UTF-8", "ja_JP.UTF-8")
 
 
 class Totals:
@@ -141,6 +143,12 @@ def run_windows(totals, bits, pattern, word):
         run_googletest(
             totals, f"{bits} {name}",
             f"run_wine {bits} {program}/{name}.exe --gtest_filter='{pattern}' 2>&1",
+        )
+    for locale in CODE_PAGE_LOCALES if not word or word in "CodePage" else ():
+        run_googletest(
+            totals, f"{bits} server_tests {locale}",
+            f"QVRT_LOCALE={locale} run_wine {bits} {program}/server_tests.exe "
+            "--gtest_filter='CodePage*' 2>&1",
         )
     scripts = REPOSITORY / "tests/scripts"
     for script in scripts_matching(scripts, word):
