@@ -14,11 +14,15 @@ bool has_wildcards(std::wstring_view name) {
   return name.find_first_of(L"*?") != std::wstring_view::npos;
 }
 
-// For the services that take no pattern: some systems answer to one as to a missing file.
-Text plain_name(std::wstring_view name) {
+// For the services that take no pattern: some systems answer to one as to a missing file. What has
+// no name is missing like any other file or folder.
+Text plain_name(std::wstring_view name, Long missing) {
+  if (name.empty()) raise(missing);
   if (has_wildcards(name)) raise(kBadFileNameOrNumber);
   return system_name(name);
 }
+Text file_name(std::wstring_view name) { return plain_name(name, kFileNotFound); }
+Text folder_name(std::wstring_view name) { return plain_name(name, kPathNotFound); }
 
 Text search_pattern(std::wstring_view pattern) {
   pattern = pattern.substr(0, pattern.find(L'\0'));
@@ -76,39 +80,37 @@ bool path_exists(std::wstring_view name) {
 }
 
 Long get_attr(std::wstring_view name) {
-  // What has no name is missing like any other file.
-  if (name.empty()) raise(kFileNotFound);
-  const Text plain = plain_name(name);
+  const Text plain = file_name(name);
   const DWORD attributes = GetFileAttributesW(plain.c_str());
   succeed(attributes != INVALID_FILE_ATTRIBUTES, plain);
   return static_cast<Long>(attributes);
 }
 
 void set_attr(std::wstring_view name, Long attributes) {
-  const Text plain = plain_name(name);
+  const Text plain = file_name(name);
   // A file without any attribute is given to the system as a normal one.
   const auto marks = attributes == 0 ? FILE_ATTRIBUTE_NORMAL : static_cast<DWORD>(attributes);
   succeed(SetFileAttributesW(plain.c_str(), marks), plain);
 }
 
 void file_copy(std::wstring_view source, std::wstring_view target) {
-  const Text from = plain_name(source);
-  const Text to = plain_name(target);
+  const Text from = file_name(source);
+  const Text to = file_name(target);
   succeed(CopyFileW(from.c_str(), to.c_str(), FALSE), from);
 }
 
 void kill(std::wstring_view name) {
-  const Text plain = plain_name(name);
+  const Text plain = file_name(name);
   succeed(DeleteFileW(plain.c_str()), plain);
 }
 
 void mk_dir(std::wstring_view name) {
-  const Text plain = plain_name(name);
+  const Text plain = folder_name(name);
   succeed_in_folder(CreateDirectoryW(plain.c_str(), nullptr), plain);
 }
 
 void rm_dir(std::wstring_view name) {
-  const Text plain = plain_name(name);
+  const Text plain = folder_name(name);
   succeed_in_folder(RemoveDirectoryW(plain.c_str()), plain);
 }
 

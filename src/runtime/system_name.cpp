@@ -20,18 +20,27 @@ bool is_short(std::wstring_view name) {
          name.size() + GetCurrentDirectoryW(0, nullptr) < kShortFolder;
 }
 
+Text up_to_character_0(std::wstring_view name) { return Text(name.substr(0, name.find(L'\0'))); }
+
 }  // namespace
 
-Text system_name(std::wstring_view name) {
-  const Text given(name.substr(0, name.find(L'\0')));
-  if (is_short(given)) return given;
+Text absolute_name(std::wstring_view name) {
+  const Text given = up_to_character_0(name);
   const DWORD size = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
   if (size == 0) return given;
   Text full = Text::uninitialized(size - 1);
   const DWORD length = GetFullPathNameW(given.c_str(), size, full.data(), nullptr);
   if (length >= size) return given;
   full.cut(length);
+  return full;
+}
+
+Text system_name(std::wstring_view name) {
+  Text given = up_to_character_0(name);
+  if (is_short(given)) return given;
+  const Text full = absolute_name(given);
   const auto path = full.view();
+  if (path.size() < kShortFolder) return given;
   if (path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\")) return full;
   if (path.starts_with(L"\\\\")) return concat({L"\\\\?\\UNC\\", path.substr(2)});
   return concat({L"\\\\?\\", path});

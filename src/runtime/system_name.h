@@ -5,9 +5,12 @@
 
 namespace qv {
 
+// The absolute form of a name, whatever its length; the name itself where the system finds none.
+Text absolute_name(std::wstring_view name);
+
 // The name itself, or for a name that would be longer than the services' common limit its absolute
-// form behind "\\?\", which they take up to 32767 characters. Ends before a character 0, where the
-// services would stop reading.
+// form behind "\\?\", which they take up to 32767 characters. Both end before a character 0,
+// where the services would stop reading.
 Text system_name(std::wstring_view name);
 
 }  // namespace qv
