@@ -3,6 +3,7 @@
 from cpp_types import cpp_type, guid_initializer, guid_macro, method_name, raw_parameters
 
 HEAD = """// Generated from the interface description: do not edit.
+// NOLINTBEGIN: names are those of the interface
 #pragma once
 
 #include <windows.h>
@@ -48,6 +49,7 @@ def interfaces_header(library):
     major, minor = library.version.split(".")
     out.append(f"inline constexpr WORD k{library.name}Major = {major};")
     out.append(f"inline constexpr WORD k{library.name}Minor = {minor};")
+    out.append("// NOLINTEND")
     return "\n".join(out) + "\n"
 
 
@@ -55,6 +57,7 @@ def constants_header(library):
     """Enumerations as plain numbers, one namespace each; platform macros of the same names give
     way."""
     out = ["// Generated from the interface description: do not edit.", "#pragma once", ""]
+    out += ["// NOLINTBEGIN: names are those of the interface"]
     out += ['#include "automation/types.h"', ""]
     for enumeration in library.enumerations:
         out.append(f"#undef {enumeration.name}")
@@ -64,4 +67,4 @@ def constants_header(library):
             literal = "-2147483647 - 1" if value == "-2147483648" else value
             out.append(f"inline constexpr Long {name} = {literal};")
         out += [f"}}  // namespace qv::{enumeration.name}", ""]
-    return "\n".join(out)
+    return "\n".join(out + ["// NOLINTEND", ""])

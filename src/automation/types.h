@@ -2,6 +2,8 @@
 #pragma once
 
 #include <windows.h>
+// wtypes.h needs windows.h before it.
+#include <wtypes.h>
 
 #include <concepts>
 #include <cstdint>
