@@ -1,0 +1,101 @@
+' Typed buffers, late bound.
+Dim buffer, offset, value, i, nothing_there
+
+' The bytes of a text in hexadecimal, with a blank between them.
+Function Bytes_Of(text)
+  Dim n, shown
+  For n = 1 To Len(text)
+    If n > 1 Then shown = shown & " "
+    shown = shown & Right("0" & Hex(Asc(Mid(text, n, 1))), 2)
+  Next
+  Bytes_Of = shown
+End Function
+
+Sub CheckPut(name, given, expected)
+  Dim typed
+  typed = ""
+  Check name & " is put", BufferTyped_Put(typed, given), CInt(0)
+  Check name & " has its bytes", Bytes_Of(typed), expected
+End Sub
+
+CheckPut "an Integer", CInt(-2), "02 FE FF"
+CheckPut "a Long", CLng(1), "03 01 00 00 00"
+CheckPut "a Single", CSng(1.5), "04 00 00 C0 3F"
+CheckPut "a Double", CDbl(-2), "05 00 00 00 00 00 00 00 C0"
+CheckPut "a Currency", CCur(1.25), "06 D4 30 00 00 00 00 00 00"
+CheckPut "a Date", CDate(2.5), "07 00 00 00 00 00 00 04 40"
+CheckPut "True", True, "0B FF FF"
+CheckPut "False", False, "0B 00 00"
+CheckPut "a Byte", CByte(200), "11 C8"
+CheckPut "a String", "ab", "FF 02 00 00 00 61 62"
+CheckPut "an empty String", "", "FF 00 00 00 00"
+CheckPut "an array of Byte", Host.Bytes(1, 2, 3), "20 11 01 00 00 00 00 00 02 00 00 00 03 00 00 00 01 02 03"
+CheckPut "an array of Long", Host.Longs(5, 6), _
+  "20 03 01 00 00 00 00 00 01 00 00 00 08 00 00 00 05 00 00 00 06 00 00 00"
+
+Sub CheckNoForm(name, given)
+  Dim typed
+  typed = ""
+  Check name & " has no form", BufferTyped_Put(typed, given), CInt(-1)
+  Check name & " leaves the buffer alone", typed, ""
+  CheckRecord name & " is recorded", 13, "KwRtLibMod.BufferTyped_Put"
+End Sub
+
+CheckNoForm "Empty", Empty
+CheckNoForm "Null", Null
+CheckNoForm "an array of Variant", Array(1, 2)
+CheckNoForm "an array of String", Host.Strings("a", "b")
+CheckNoForm "a missing argument", Host.Missing
+CheckNoForm "an object", Host
+
+buffer = ""
+nothing_there = Host.Empty_Array(3)
+Check "an unallocated array fails", BufferTyped_Put(buffer, nothing_there), CInt(-1)
+Check "and nothing is written", buffer, ""
+Check "and nothing is recorded", Check_Error(), False
+
+' A sequence is read without knowing what was written.
+buffer = ""
+For Each value In Array(CInt(-2), CLng(1), CSng(1.5), CDbl(-2), CCur(1.25), CDate(2.5), True, "ab", "")
+  i = BufferTyped_Put(buffer, value)
+Next
+offset = 1
+For Each value In Array(CInt(-2), CLng(1), CSng(1.5), CDbl(-2), CCur(1.25), CDate(2.5), True, "ab", "")
+  Check "a value of type " & VarType(value) & " comes back", BufferTyped_Get(buffer, offset), value
+Next
+Check "Offset stands behind the last value", offset, CLng(Len(buffer) + 1)
+
+buffer = Chr(17) & Chr(200): offset = 1
+Check "a Byte comes back as an Integer", BufferTyped_Get(buffer, offset), CInt(200)
+buffer = Chr(8) & Chr(2) & Chr(0) & "ab": offset = 1
+Check "a text of the earlier format reads", BufferTyped_Get(buffer, offset), "ab"
+buffer = Chr(11) & Chr(7) & Chr(0): offset = 1
+Check "any Integer but 0 is True", BufferTyped_Get(buffer, offset), True
+
+On Error Resume Next
+For Each i In Array(0, 1, 9)
+  buffer = Chr(i) & "abcdefgh": offset = 1
+  value = BufferTyped_Get(buffer, offset)
+  CheckError "tag " & i & " is unknown", 13, "Type mismatch"
+Next
+buffer = Chr(3) & "abcd": offset = 0
+value = BufferTyped_Get(buffer, offset)
+CheckError "Offset 0", 9, "Subscript out of range"
+offset = 6
+value = BufferTyped_Get(buffer, offset)
+CheckError "Offset past the end", 9, ""
+For i = 1 To 4
+  buffer = Left(Chr(3) & "abcd", i): offset = 1
+  value = BufferTyped_Get(buffer, offset)
+  CheckError "a Long cut to " & i & " bytes", 9, ""
+Next
+buffer = ""
+i = BufferTyped_Put(buffer, Host.Longs(5, 6))
+i = BufferTyped_Put(buffer, "behind")
+offset = 1
+value = BufferTyped_Get(buffer, offset)
+CheckError "an array is passed over", 9, ""
+Check "with Offset behind it", offset, CLng(25)
+Check "where the next value reads", BufferTyped_Get(buffer, offset), "behind"
+Check "reading records nothing", Check_Error(), False
+Finish
