@@ -6,6 +6,20 @@
 #include "native/cpr/explode.h"
 
 namespace qv::native::cpr {
+namespace {
+
+EntryCode refusal_of(CoderCode code) {
+  switch (code) {
+    case CoderCode::bad_dictionary:
+      return EntryCode::bad_dictionary;
+    case CoderCode::bad_mode:
+      return EntryCode::bad_mode;
+    default:
+      return EntryCode::damaged;
+  }
+}
+
+}  // namespace
 
 PackedBlock pack_block(std::span<const std::uint8_t> original, std::span<std::uint8_t> room,
                        DataType type, Effort effort) {
@@ -14,13 +28,11 @@ PackedBlock pack_block(std::span<const std::uint8_t> original, std::span<std::ui
   return {BlockKind::compressed, room.first(result.bytes_written)};
 }
 
-std::optional<std::span<const std::uint8_t>> unpack_block(const ArchiveBlock& block,
-                                                          std::span<const std::uint8_t> packed,
-                                                          std::span<std::uint8_t> room) {
-  if (block.kind != BlockKind::compressed) return packed;
+UnpackedBlock unpack_block(const ArchiveBlock& block, std::span<const std::uint8_t> packed,
+                           std::span<std::uint8_t> room) {
+  if (block.kind != BlockKind::compressed) return {CoderCode::done, packed};
   const std::span<std::uint8_t> original = room.first(block.original_bytes);
-  if (explode(packed, original).code != CoderCode::done) return std::nullopt;
-  return original;
+  return {explode(packed, original).code, original};
 }
 
 EntryCode pack_entry(ByteSource& file, ByteSink& archive, ArchiveEntry& entry, DataType type,
@@ -54,11 +66,11 @@ EntryCode unpack_entry(ByteSource& archive, ByteSink& file, const ArchiveEntry& 
   for (const ArchiveBlock& block : entry.blocks) {
     const auto bytes = std::span(packed).first(block.packed_bytes);
     if (archive.read(bytes) != bytes.size()) return EntryCode::source_ended;
-    const auto original = unpack_block(block, bytes, room);
-    if (!original) return EntryCode::damaged;
-    crc = crc32_update(crc, *original);
-    if (!file.write(*original)) return EntryCode::sink_failed;
-    done_bytes += original->size();
+    const auto [code, original] = unpack_block(block, bytes, room);
+    if (code != CoderCode::done) return refusal_of(code);
+    crc = crc32_update(crc, original);
+    if (!file.write(original)) return EntryCode::sink_failed;
+    done_bytes += original.size();
     if (progress && !progress(done_bytes)) return EntryCode::cancelled;
   }
   return crc == entry.crc ? EntryCode::done : EntryCode::crc_differs;

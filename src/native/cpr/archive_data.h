@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <span>
 
 #include "native/cpr/archive_records.h"
@@ -21,28 +20,34 @@ struct PackedBlock {
 PackedBlock pack_block(std::span<const std::uint8_t> original, std::span<std::uint8_t> room,
                        DataType type, Effort effort);
 
+struct UnpackedBlock {
+  CoderCode code;
+  std::span<const std::uint8_t> original;  // good only where the code is `done`
+};
+
 // The original bytes of a block from those in the archive: in `room`, of kArchiveBlockBytes or
 // more, or the packed ones as they stand. A compressed block that ends early is filled with zeros
-// up to its size, for the entry's CRC to judge. Nothing where it is damaged.
-std::optional<std::span<const std::uint8_t>> unpack_block(const ArchiveBlock& block,
-                                                          std::span<const std::uint8_t> packed,
-                                                          std::span<std::uint8_t> room);
+// up to its size, for the entry's CRC to judge.
+UnpackedBlock unpack_block(const ArchiveBlock& block, std::span<const std::uint8_t> packed,
+                           std::span<std::uint8_t> room);
 
 enum class EntryCode {
   done,
   source_ended,  // before all the bytes that the entry tells
   sink_failed,
   cancelled,
-  damaged,      // a block can't be expanded
-  crc_differs,  // all blocks were, to something else
+  bad_dictionary,  // the first of the three reasons for which a block can't be expanded
+  bad_mode,
+  damaged,
+  crc_differs,  // all blocks were expanded, to something else
 };
 
 // Told after each block how many bytes of the original are done; false cancels.
 using Progress = std::function<bool(std::uint64_t original_bytes)>;
 
 // Packs the contents of an entry whose blocks are divided already, from the file to the archive,
-// and notes kinds, packed sizes and the CRC in it; a directory has no contents. Never `damaged` nor
-// `crc_differs`.
+// and notes kinds, packed sizes and the CRC in it; a directory has no contents. Never a code behind
+// `cancelled`.
 EntryCode pack_entry(ByteSource& file, ByteSink& archive, ArchiveEntry& entry, DataType type,
                      Effort effort, const Progress& progress);
 
