@@ -20,12 +20,6 @@ std::uint32_t chained(Long register_value, std::span<const std::uint8_t> bytes) 
   return cpr::crc32_update(static_cast<std::uint32_t>(register_value), bytes);
 }
 
-void check_coder(cpr::CoderCode code) {
-  if (code == cpr::CoderCode::done) return;
-  raise({.number = frame::kFirstApplicationError + static_cast<Long>(code),
-         .description = L"Errore nella libreria di compressione."});
-}
-
 // What a result is given room for: a little more than the input, rounded to even at a half.
 std::size_t capacity_for(std::size_t input_bytes) {
   const auto input = static_cast<double>(input_bytes);
@@ -33,6 +27,12 @@ std::size_t capacity_for(std::size_t input_bytes) {
 }
 
 }  // namespace
+
+void check_coder(cpr::CoderCode code) {
+  if (code == cpr::CoderCode::done) return;
+  raise({.number = frame::kFirstApplicationError + static_cast<Long>(code),
+         .description = L"Errore nella libreria di compressione."});
+}
 
 Long PkCRC(Text& inBuffer, Long PrevCRC) {
   constexpr std::size_t kPiece = 16384;

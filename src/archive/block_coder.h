@@ -3,6 +3,7 @@
 #pragma once
 
 #include "automation/text.h"
+#include "native/cpr/coder_result.h"
 
 namespace qv::archive {
 
@@ -16,5 +17,8 @@ Long PkCRC(Text& inBuffer, Long PrevCRC);
 Boolean PkUnzip(Text& inBuffer, Text& outBuffer, Long OrigSize, Long& outCrc);
 // 20005: the result would not be smaller. outBuffer then is as long as the largest result, zeros.
 Boolean PkZip(Text& inBuffer, Text& outBuffer, Long inDataType, Long& outCrc);
+
+// Raises what the coder's refusal is to callers.
+void check_coder(native::cpr::CoderCode code);
 
 }  // namespace qv::archive
