@@ -1,0 +1,49 @@
+' PasswordCrypt, PasswordCryptEx and PasswordDecrypt, late bound.
+Dim password, first, i, differs
+
+password = "abc"
+Check "PasswordCrypt succeeds", PasswordCrypt(password), False
+Check "short text", password, "FF5EB9"
+Check "PasswordDecrypt succeeds", PasswordDecrypt(password), False
+Check "the password comes back", password, "abc"
+
+password = ""
+Check "an empty password", PasswordCrypt(password), False
+Check "stays empty", password, ""
+Check "an empty text", PasswordDecrypt(password), False
+Check "stays empty too", password, ""
+
+password = "segreto"
+Check "PasswordCryptEx without a code succeeds", PasswordCryptEx(password), False
+Check "three fields", UBound(Split(password, "-")), CLng(2)
+Check "a full text is restored", PasswordDecrypt(password), False
+Check "to the password", password, "segreto"
+
+password = "segreto"
+PasswordCryptEx password, CLng(-1)
+first = password
+For i = 1 To 40
+  password = "segreto"
+  PasswordCryptEx password, -1
+  If password <> first Then differs = True
+  PasswordDecrypt password
+  If password <> "segreto" Then Check "a text of a random code comes back", password, "segreto"
+Next
+Check "random codes give different texts", differs, True
+
+password = "7" & Mid(first, 2)
+If password = first Then password = "8" & Mid(first, 2)
+Check "a changed digit is refused", PasswordDecrypt(password), True
+Check "with the text cryptcode", Error_Description(), "cryptcode"
+CheckRecord "and number 20000", 20000, "QvRtLibOle.KwRtLibModPasswordDecrypt"
+
+password = "XY"
+Check "digits that are none are refused", PasswordDecrypt(password), True
+CheckRecord "with a type mismatch", 13, "QvRtLibOle.KwRtLibModPasswordDecrypt"
+Check "and the text stays", password, "XY"
+
+password = "abc"
+Check "a code above 32767 is refused", PasswordCryptEx(password, CLng(32768)), True
+CheckRecord "with an overflow", 6, "QvRtLibOle.KwRtLibModPasswordCryptEx"
+Check "and the password is empty", password, ""
+Finish

@@ -1,0 +1,143 @@
+// PasswordCrypt, PasswordCryptEx and PasswordDecrypt through the function table.
+#include <set>
+#include <string>
+
+#include "server/client.h"
+
+namespace qv::tests {
+namespace {
+
+class PasswordText : public testing::Test {
+ protected:
+  bool crypt(String& password) {
+    VARIANT_BOOL failed = VARIANT_FALSE;
+    EXPECT_EQ(global_->PasswordCrypt(&password, &failed), S_OK);
+    return failed != VARIANT_FALSE;
+  }
+  bool crypt_ex(String& password, LONG code) {
+    VARIANT_BOOL failed = VARIANT_FALSE;
+    EXPECT_EQ(global_->PasswordCryptEx(&password, &code, &failed), S_OK);
+    return failed != VARIANT_FALSE;
+  }
+  bool decrypt(String& password) {
+    VARIANT_BOOL failed = VARIANT_FALSE;
+    EXPECT_EQ(global_->PasswordDecrypt(&password, &failed), S_OK);
+    return failed != VARIANT_FALSE;
+  }
+  void expect_record(LONG number, std::wstring_view function, std::wstring_view description) {
+    LONG found_number = 0;
+    String found_source;
+    String found_description;
+    global_->Error_Number(&found_number);
+    global_->Error_Source(&found_source);
+    global_->Error_Description(&found_description);
+    EXPECT_EQ(found_number, number);
+    EXPECT_EQ(found_source.view(), L"QvRtLibOle.KwRtLibMod" + std::wstring(function));
+    EXPECT_EQ(found_description.view(), description);
+    global_->Reset_Error();
+  }
+
+  Pointer<_KwRtLib> global_ = create_global();
+};
+
+TEST_F(PasswordText, short_text_is_the_hexadecimal_text_of_the_scrambled_password) {
+  String password(L"abc");
+  ASSERT_FALSE(crypt(password));
+  EXPECT_EQ(password.view(), L"FF5EB9");
+  ASSERT_FALSE(decrypt(password));
+  EXPECT_EQ(password.view(), L"abc");
+}
+
+TEST_F(PasswordText, full_text_holds_password_code_and_check_value) {
+  const struct {
+    const wchar_t* password;
+    LONG code;
+    const wchar_t* text;
+  } kTexts[] = {
+      {L"abc", 0, L"FF5EB9-AE-B30AE94C218166C4BA"},
+      {L"abc", 5, L"646766-AB-AC0CE34E258562C1B718"},
+      {L"abc", 4660, L"557057-AA0AEC48-B30DE94A248C61C5B916FB"},
+      {L"", 7, L"-A9-B30DE84A218D63C8BF1DFE"},
+  };
+  for (const auto& golden : kTexts) {
+    String password(golden.password);
+    ASSERT_FALSE(crypt_ex(password, golden.code));
+    EXPECT_EQ(password.view(), golden.text);
+    ASSERT_FALSE(decrypt(password));
+    EXPECT_EQ(password.view(), golden.password);
+  }
+}
+
+TEST_F(PasswordText, start_code_defaults_to_0) {
+  String password(L"abc");
+  String same(L"abc");
+  VARIANT_BOOL failed = VARIANT_TRUE;
+  ASSERT_EQ(global_->PasswordCryptEx(&password, nullptr, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_FALSE);
+  ASSERT_FALSE(crypt_ex(same, 0));
+  EXPECT_EQ(password.view(), same.view());
+}
+
+TEST_F(PasswordText, empty_password_stays_empty) {
+  String password;
+  EXPECT_FALSE(crypt(password));
+  EXPECT_EQ(password.view(), L"");
+  EXPECT_FALSE(decrypt(password));
+  EXPECT_EQ(password.view(), L"");
+}
+
+TEST_F(PasswordText, negative_start_code_gives_different_texts_that_all_come_back) {
+  std::set<std::wstring> texts;
+  for (int i = 0; i < 40; ++i) {
+    String password(L"Rosso & Nero");
+    ASSERT_FALSE(crypt_ex(password, -1));
+    texts.insert(std::wstring(password.view()));
+    ASSERT_FALSE(decrypt(password));
+    EXPECT_EQ(password.view(), L"Rosso & Nero");
+  }
+  EXPECT_GT(texts.size(), 10U);
+}
+
+TEST_F(PasswordText, every_changed_digit_of_a_full_text_is_refused) {
+  String stored(L"abc");
+  ASSERT_FALSE(crypt_ex(stored, 200));
+  for (std::size_t i = 0; i < stored.length(); ++i) {
+    std::wstring text(stored.view());
+    if (text[i] == L'-') continue;
+    text[i] = text[i] == L'7' ? L'8' : L'7';
+    String changed(text);
+    EXPECT_TRUE(decrypt(changed)) << i;
+    EXPECT_EQ(changed.view(), text);
+    expect_record(20000, L"PasswordDecrypt", L"cryptcode");
+  }
+}
+
+TEST_F(PasswordText, digits_of_either_case_are_read) {
+  String text(L"ff5eb9");
+  ASSERT_FALSE(decrypt(text));
+  EXPECT_EQ(text.view(), L"abc");
+}
+
+TEST_F(PasswordText, text_that_is_not_hexadecimal_is_refused) {
+  String text(L"GG");
+  EXPECT_TRUE(decrypt(text));
+  EXPECT_EQ(text.view(), L"GG");
+  expect_record(13, L"PasswordDecrypt", L"Type mismatch");
+}
+
+TEST_F(PasswordText, two_fields_alone_are_refused) {
+  String text(L"FF5EB9-AE");
+  EXPECT_TRUE(decrypt(text));
+  EXPECT_EQ(text.view(), L"FF5EB9-AE");
+  expect_record(9, L"PasswordDecrypt", L"Subscript out of range");
+}
+
+TEST_F(PasswordText, start_code_above_32767_fails_and_empties_the_password) {
+  String password(L"abc");
+  EXPECT_TRUE(crypt_ex(password, 32768));
+  EXPECT_EQ(password.view(), L"");
+  expect_record(6, L"PasswordCryptEx", L"Overflow");
+}
+
+}  // namespace
+}  // namespace qv::tests
