@@ -1,5 +1,6 @@
 #include "runtime/err.h"
 
+#include <atomic>
 #include <utility>
 
 #include "automation/late_bound.h"
@@ -13,22 +14,76 @@ constexpr const wchar_t* kHostRunTimes[] = {L"vbe7.dll", L"vbe6.dll", L"msvbvm60
                                             L"msvbvm50.dll"};
 constexpr const char* kGetErrorObject = "rtcErrObj";
 
-// The host's error object; Nothing where the process has none.
-Object<IDispatch> host_error() noexcept {
-  using GetErrorObject = IUnknown*(__stdcall*)();
+using GetErrorObject = IUnknown*(__stdcall*)();
+
+GetErrorObject find_in_host() noexcept {
   for (const wchar_t* name : kHostRunTimes) {
     const HMODULE module = GetModuleHandleW(name);
     if (module == nullptr) continue;
     // By way of void*: the platform's type for any function has no arguments.
-    const auto get = reinterpret_cast<GetErrorObject>(
+    const auto found = reinterpret_cast<GetErrorObject>(
         reinterpret_cast<void*>(GetProcAddress(module, kGetErrorObject)));
-    if (get == nullptr) continue;
-    IUnknown* object = get();
-    auto dispatch = Object<IDispatch>::from(object);
-    if (object != nullptr) object->Release();
-    if (dispatch) return dispatch;
+    if (found != nullptr) return found;
   }
   return nullptr;
+}
+
+// The host's function for its error object. Asking for a module that is not loaded can take a
+// system milliseconds, so it is asked again only when a module has come or gone since.
+class HostRunTime {
+ public:
+  HostRunTime() noexcept {
+    if (const auto start = loader_function<Register>("LdrRegisterDllNotification")) {
+      start(0, &HostRunTime::notified, this, &cookie_);
+    }
+  }
+  HostRunTime(const HostRunTime&) = delete;
+  HostRunTime& operator=(const HostRunTime&) = delete;
+  ~HostRunTime() {
+    if (cookie_ == nullptr) return;
+    if (const auto stop = loader_function<Unregister>("LdrUnregisterDllNotification")) {
+      stop(cookie_);
+    }
+  }
+
+  GetErrorObject get_error_object() noexcept {
+    const unsigned changes = changes_;
+    if (changes != seen_ || cookie_ == nullptr) {
+      found_ = find_in_host();
+      seen_ = changes;
+    }
+    return found_;
+  }
+
+ private:
+  using Notified = void(CALLBACK*)(ULONG, const void*, void*);
+  using Register = LONG(NTAPI*)(ULONG, Notified, void*, void**);
+  using Unregister = LONG(NTAPI*)(void*);
+
+  static void CALLBACK notified(ULONG, const void*, void* self) noexcept {
+    ++static_cast<HostRunTime*>(self)->changes_;
+  }
+  template <class Function>
+  static Function loader_function(const char* name) noexcept {
+    return reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
+  }
+
+  void* cookie_ = nullptr;
+  std::atomic<unsigned> changes_{1};
+  std::atomic<unsigned> seen_{0};
+  std::atomic<GetErrorObject> found_{nullptr};
+};
+
+// The host's error object; Nothing where the process has none.
+Object<IDispatch> host_error() noexcept {
+  static HostRunTime host;
+  const GetErrorObject get = host.get_error_object();
+  if (get == nullptr) return nullptr;
+  IUnknown* object = get();
+  auto dispatch = Object<IDispatch>::from(object);
+  if (object != nullptr) object->Release();
+  return dispatch;
 }
 
 // Where memory is too short for the name, the rest of the error is still worth having.
