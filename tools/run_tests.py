@@ -94,6 +94,8 @@ def run_script(totals, title, command, environment=None):
         failures.append(f"FAILED the script did not run to its end (exit code {code})")
     totals.add(passed, len(failures))
     print(f"{title}: {passed} passed, {len(failures)} failed", flush=True)
+    for line in re.findall(r"^SKIPPED .*", output, re.M):
+        print(f"  {line}")
     if failures:
         print("\n".join(failures))
         if not finished:
