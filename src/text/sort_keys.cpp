@@ -9,6 +9,7 @@
 #include "native/zstr/mask.h"
 #include "native/zstr/sort_key.h"
 #include "runtime/characters.h"
+#include "text/key_folding.h"
 
 namespace qv::text {
 namespace {
@@ -31,7 +32,7 @@ void transform_key(Text& key, Transform transform) {
 
 void Key_Sort(Text& Key, Integer SortFlag, const Text& Table) {
   transform_key(Key, [&, table = bytes_of_text(Table)](std::span<std::uint8_t> key) {
-    return native::zstr::Key_Sort(key, SortFlag, table);
+    return native::zstr::Key_Sort(key, SortFlag, table, folding_of_code_page());
   });
 }
 

@@ -59,7 +59,6 @@ constexpr FoldTable make_without_accent() {
 
 }  // namespace
 
-constinit const FoldTable kUpperCase = make_upper_case();
-constinit const FoldTable kWithoutAccent = make_without_accent();
+constinit const Folding kWindows1252Folding = {make_upper_case(), make_without_accent()};
 
 }  // namespace qv::native::zstr

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "native/zstr/latin_fold.h"
 #include "native/zstr/mask.h"
 
 namespace qv::native::zstr {
@@ -16,7 +15,7 @@ std::size_t drop_if(std::span<std::uint8_t> key, Drop drop) {
 }  // namespace
 
 std::size_t Key_Sort(std::span<std::uint8_t> key, std::int32_t sort_flag,
-                     std::span<const std::uint8_t> table) {
+                     std::span<const std::uint8_t> table, const Folding& folding) {
   const std::int32_t flags = sort_flag < 0 ? sort_flag & 0xFFFF : sort_flag;
   const auto has = [flags](SortFlag flag) { return (flags & flag) != 0; };
   if (has(kSortMask) && !has(kSortNoMask)) key = key.first(Mask_Sort(key));
@@ -26,8 +25,8 @@ std::size_t Key_Sort(std::span<std::uint8_t> key, std::int32_t sort_flag,
   if (has(kSortNoNum)) {
     key = key.first(drop_if(key, [](std::uint8_t c) { return c >= '0' && c <= '9'; }));
   }
-  if (has(kSortPrimary)) XLate(key, kWithoutAccent);
-  if (has(kSortUcase)) XLate(key, kUpperCase);
+  if (has(kSortPrimary)) XLate(key, folding.without_accent);
+  if (has(kSortUcase)) XLate(key, folding.upper_case);
   if (has(kSortTable) && !has(kSortNoTable)) XLate(key, table);
   return key.size();
 }

@@ -8,6 +8,9 @@
 namespace qv::native::zstr {
 namespace {
 
+const FoldTable& kUpperCase = kWindows1252Folding.upper_case;
+const FoldTable& kWithoutAccent = kWindows1252Folding.without_accent;
+
 std::string folded(const FoldTable& table, std::string_view text) {
   std::string result;
   for (const char c : text) {

@@ -24,7 +24,7 @@ std::span<const std::uint8_t> bytes_of(std::string_view text) {
 }
 
 std::string sorted(std::string key, std::int32_t flags, std::string_view table = {}) {
-  key.resize(Key_Sort(bytes_of(key), flags, bytes_of(table)));
+  key.resize(Key_Sort(bytes_of(key), flags, bytes_of(table), kWindows1252Folding));
   return key;
 }
 
@@ -128,8 +128,8 @@ TEST(KeySort, random_keys_agree_with_one_step_after_the_other) {
       if ((flags & 65536) != 0 && c == ' ') continue;
       if ((flags & 64) != 0 && c >= '0' && c <= '9') continue;
       auto code = static_cast<unsigned char>(c);
-      if ((flags & 128) != 0) code = kWithoutAccent[code];
-      if ((flags & 1) != 0) code = kUpperCase[code];
+      if ((flags & 128) != 0) code = kWindows1252Folding.without_accent[code];
+      if ((flags & 1) != 0) code = kWindows1252Folding.upper_case[code];
       if ((flags & 4) != 0 && (flags & 16384) == 0 && code < table.size()) {
         code = static_cast<unsigned char>(table[code]);
       }
