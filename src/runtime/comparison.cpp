@@ -5,7 +5,7 @@ namespace {
 
 template <class Value>
 int order(const Value& a, const Value& b) {
-  return a < b ? -1 : a > b ? 1 : 0;
+  return a < b ? -1 : a == b ? 0 : 1;
 }
 
 // What the comparison of an object is about.
