@@ -10,6 +10,18 @@ namespace {
 AdaptObject adapt_object = nullptr;
 FindRecord find_record = nullptr;
 
+// Automation has codes of its own for these, which tell a caller more than a run-time error does.
+HRESULT automation_code(Long number) noexcept {
+  switch (number) {
+    case kTypeMismatch:
+      return DISP_E_TYPEMISMATCH;
+    case kOverflow:
+      return DISP_E_OVERFLOW;
+    default:
+      return to_hresult(number);
+  }
+}
+
 bool is_missing(const VARIANT& value) noexcept {
   return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
 }
@@ -75,8 +87,8 @@ VARIANT& variable_of(VARIANT& argument) noexcept {
   return is_variable(argument) ? *argument.pvarVal : argument;
 }
 
-VARIANT* argument_at(CallFrame& frame, std::size_t position) noexcept {
-  VARIANT* argument = frame.positions[position];
+VARIANT* current_argument(CallFrame& frame) noexcept {
+  VARIANT* argument = frame.positions[frame.position];
   return argument == nullptr || is_missing(variable_of(*argument)) ? nullptr : argument;
 }
 
@@ -86,7 +98,7 @@ HRESULT convert(const VARIANT& source, VARTYPE type, VARIANT* target) noexcept {
     *target = converted(reinterpret_cast<const Variant&>(source), type).release();
     return S_OK;
   } catch (...) {
-    return to_hresult(current_run_time_error().number);
+    return automation_code(current_run_time_error().number);
   }
 }
 
@@ -110,15 +122,13 @@ HRESULT take_default(const ParameterRow& parameter, VARTYPE type, VARIANT* targe
   return S_OK;
 }
 
-HRESULT take_value(CallFrame& frame, std::size_t position, VARTYPE type,
-                   VARIANT* target) noexcept {
-  frame.bad_position = position;
-  const VARIANT* argument = argument_at(frame, position);
+HRESULT take_value(CallFrame& frame, VARTYPE type, VARIANT* target) noexcept {
+  VARIANT* argument = current_argument(frame);
   if (argument == nullptr) {
-    const ParameterRow& parameter = frame.operation.parameters[position];
+    const ParameterRow& parameter = current_parameter(frame);
     return parameter.optional ? take_default(parameter, type, target) : DISP_E_PARAMNOTOPTIONAL;
   }
-  const VARIANT& value = variable_of(*const_cast<VARIANT*>(argument));
+  const VARIANT& value = variable_of(*argument);
   if (value.vt == type && type != VT_BSTR) {
     target->vt = type;
     target->llVal = value.llVal;
@@ -130,6 +140,12 @@ HRESULT take_value(CallFrame& frame, std::size_t position, VARTYPE type,
 
 HRESULT give_to_variable(VARIANT& variable, VARIANT& value, const VARIANT& before) noexcept {
   if (variable.vt != VT_EMPTY && equal_values(value, before)) return S_OK;
+  if ((variable.vt & VT_BYREF) != 0) {
+    Holder back;
+    const HRESULT status = convert(value, variable.vt & ~VT_BYREF, &back);
+    if (SUCCEEDED(status)) store_by_reference(variable, back);
+    return status;
+  }
   const HRESULT status = VariantClear(&variable);
   if (FAILED(status)) return status;
   variable = value;
@@ -137,16 +153,15 @@ HRESULT give_to_variable(VARIANT& variable, VARIANT& value, const VARIANT& befor
   return S_OK;
 }
 
-HRESULT RefVariant::take(CallFrame& frame, std::size_t position) noexcept {
-  frame.bad_position = position;
-  VARIANT* argument = frame.positions[position];
+HRESULT RefVariant::take(CallFrame& frame) noexcept {
+  VARIANT* argument = frame.positions[frame.position];
   value_ = &holder_;
+  const ParameterRow& parameter = current_parameter(frame);
+  if (parameter.default_value.kind == Default::Kind::text && current_argument(frame) == nullptr) {
+    return take_default(parameter, VT_BSTR, &holder_);
+  }
   if (argument == nullptr) {
-    const ParameterRow& parameter = frame.operation.parameters[position];
     if (!parameter.optional) return DISP_E_PARAMNOTOPTIONAL;
-    if (parameter.default_value.kind == Default::Kind::text) {
-      return take_default(parameter, VT_BSTR, &holder_);
-    }
     holder_.vt = VT_ERROR;
     holder_.scode = DISP_E_PARAMNOTFOUND;
     return S_OK;
@@ -163,38 +178,34 @@ HRESULT RefVariant::take(CallFrame& frame, std::size_t position) noexcept {
   return VariantCopy(&holder_, argument);
 }
 
-HRESULT InVariant::take(CallFrame& frame, std::size_t position) noexcept {
-  frame.bad_position = position;
-  VARIANT* argument = frame.positions[position];
+HRESULT InVariant::take(CallFrame& frame) noexcept {
+  VARIANT* argument = frame.positions[frame.position];
   if (argument != nullptr) return VariantCopyInd(&holder_, argument);
-  if (!frame.operation.parameters[position].optional) return DISP_E_PARAMNOTOPTIONAL;
+  if (!current_parameter(frame).optional) return DISP_E_PARAMNOTOPTIONAL;
   holder_.vt = VT_ERROR;
   holder_.scode = DISP_E_PARAMNOTFOUND;
   return S_OK;
 }
 
-HRESULT RefArrayBase::take(CallFrame& frame, std::size_t position) noexcept {
-  frame.bad_position = position;
-  VARIANT* argument = argument_at(frame, position);
+HRESULT RefArrayBase::take(CallFrame& frame) noexcept {
+  VARIANT* argument = current_argument(frame);
   const auto own_type = static_cast<VARTYPE>(VT_ARRAY | element_);
   value_ = &holder_.parray;
   holder_.vt = own_type;
   holder_.parray = nullptr;
   if (argument == nullptr) {
-    return frame.operation.parameters[position].optional ? S_OK : DISP_E_PARAMNOTOPTIONAL;
-  }
-  if (argument->vt == (VT_BYREF | own_type)) {
-    value_ = argument->pparray;
-    return S_OK;
+    return current_parameter(frame).optional ? S_OK : DISP_E_PARAMNOTOPTIONAL;
   }
   VARIANT& variable = variable_of(*argument);
-  if (is_variable(*argument)) {
-    if (variable.vt == own_type) {
-      value_ = &variable.parray;
-      return S_OK;
-    }
-    variable_ = &variable;
+  if (variable.vt == (VT_BYREF | own_type)) {
+    value_ = variable.pparray;
+    return S_OK;
   }
+  if (is_variable(*argument) && variable.vt == own_type) {
+    value_ = &variable.parray;
+    return S_OK;
+  }
+  if (is_variable(*argument) || (variable.vt & VT_BYREF) != 0) variable_ = &variable;
   // An empty variable is an array that the method is to make.
   if (variable.vt == VT_EMPTY) return S_OK;
   if ((variable.vt & VT_ARRAY) == 0) return DISP_E_TYPEMISMATCH;
@@ -203,26 +214,44 @@ HRESULT RefArrayBase::take(CallFrame& frame, std::size_t position) noexcept {
   return convert_array(source, from, element_, &holder_.parray);
 }
 
-HRESULT RefArrayBase::give_back(CallFrame&, bool) noexcept {
-  if (variable_ == nullptr) return S_OK;
-  SAFEARRAY* converted_array = nullptr;
-  HRESULT status = convert_array(holder_.parray, element_, VT_VARIANT, &converted_array);
-  if (FAILED(status)) return status;
-  // A script's own `Dim a(n)` array is referred to, not held: its pointer is exchanged in place.
-  if (variable_->vt == (VT_BYREF | VT_ARRAY | VT_VARIANT)) {
-    std::swap(*variable_->pparray, converted_array);
-    if (converted_array != nullptr) SafeArrayDestroy(converted_array);
-    return S_OK;
+// Puts `fresh` into a variable of the caller's that may be an array of fixed size: then the
+// elements alone move, and only where the bounds are still the same.
+HRESULT RefArrayBase::store(SAFEARRAY** array, SAFEARRAY* fresh) noexcept {
+  constexpr USHORT kFixed = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+  if (*array != nullptr && ((*array)->fFeatures & kFixed) != 0) {
+    const HRESULT status =
+        fresh != nullptr ? SafeArrayCopyData(fresh, *array) : DISP_E_ARRAYISLOCKED;
+    SafeArrayDestroy(fresh);
+    return FAILED(status) ? DISP_E_ARRAYISLOCKED : S_OK;
   }
-  status = VariantClear(variable_);
+  const HRESULT status = SafeArrayDestroy(*array);
   if (FAILED(status)) {
-    if (converted_array != nullptr) SafeArrayDestroy(converted_array);
+    SafeArrayDestroy(fresh);
     return status;
   }
-  if (converted_array != nullptr) {
-    variable_->vt = VT_ARRAY | VT_VARIANT;
-    variable_->parray = converted_array;
+  *array = fresh;
+  return S_OK;
+}
+
+HRESULT RefArrayBase::give_back(CallFrame&, bool) noexcept {
+  if (variable_ == nullptr) return S_OK;
+  // A reference to an array keeps its element type; a Variant gets what a script can index.
+  const bool is_reference = (variable_->vt & VT_BYREF) != 0;
+  const auto type = static_cast<VARTYPE>(is_reference ? variable_->vt & VT_TYPEMASK : +VT_VARIANT);
+  SAFEARRAY* fresh = nullptr;
+  const HRESULT status = convert_array(holder_.parray, element_, type, &fresh);
+  if (FAILED(status)) return status;
+  if (is_reference) return store(variable_->pparray, fresh);
+  SAFEARRAY* held = (variable_->vt & VT_ARRAY) != 0 ? variable_->parray : nullptr;
+  if (held != nullptr) {
+    const HRESULT stored = store(&held, fresh);
+    if (FAILED(stored)) return stored;
+  } else {
+    held = fresh;
+    VariantClear(variable_);
   }
+  variable_->vt = held != nullptr ? VT_ARRAY | VT_VARIANT : +VT_EMPTY;
+  variable_->parray = held;
   return S_OK;
 }
 
@@ -230,11 +259,10 @@ ObjectArgument::~ObjectArgument() {
   if (object_ != nullptr) object_->Release();
 }
 
-HRESULT ObjectArgument::take(CallFrame& frame, std::size_t position) noexcept {
-  frame.bad_position = position;
-  VARIANT* argument = argument_at(frame, position);
+HRESULT ObjectArgument::take(CallFrame& frame) noexcept {
+  VARIANT* argument = current_argument(frame);
   if (argument == nullptr) {
-    return frame.operation.parameters[position].optional ? S_OK : DISP_E_PARAMNOTOPTIONAL;
+    return current_parameter(frame).optional ? S_OK : DISP_E_PARAMNOTOPTIONAL;
   }
   VARIANT& variable = variable_of(*argument);
   if (is_variable(*argument)) variable_ = &variable;
@@ -248,19 +276,19 @@ HRESULT ObjectArgument::take(CallFrame& frame, std::size_t position) noexcept {
   IUnknown* source = object_in(variable);
   if (source == nullptr) return S_OK;
   if (SUCCEEDED(source->QueryInterface(interface_id_, reference()))) {
-    before_ = object_;
+    before_ = Object<IUnknown>(object_);
     return S_OK;
   }
   if (adapt_object != nullptr) {
     const auto dispatch = Object<IDispatch>::from(source);
     if (dispatch) object_ = adapt_object(dispatch.get(), interface_id_);
   }
-  before_ = object_;
+  before_ = Object<IUnknown>(object_);
   return object_ != nullptr ? S_OK : DISP_E_TYPEMISMATCH;
 }
 
 HRESULT ObjectArgument::give_back(CallFrame&, bool) noexcept {
-  if (object_ == before_) return S_OK;
+  if (object_ == before_.get()) return S_OK;
   // Every interface of ours is a dual one, so its pointer is an IDispatch.
   auto* fresh = static_cast<IDispatch*>(std::exchange(object_, nullptr));
   if (typed_variable_ != nullptr) {
@@ -278,10 +306,8 @@ HRESULT ObjectArgument::give_back(CallFrame&, bool) noexcept {
   return S_OK;
 }
 
-HRESULT RecordArgument::take_reference(CallFrame& frame, std::size_t position,
-                                       void** data) noexcept {
-  frame.bad_position = position;
-  VARIANT* argument = argument_at(frame, position);
+HRESULT RecordArgument::take_reference(CallFrame& frame, void** data) noexcept {
+  VARIANT* argument = current_argument(frame);
   if (argument == nullptr) return DISP_E_PARAMNOTOPTIONAL;
   const VARIANT& variable = variable_of(*argument);
   if ((variable.vt & ~VT_BYREF) != VT_RECORD || variable.pRecInfo == nullptr) {

@@ -11,11 +11,11 @@ namespace qv::dispatch {
 template <VARTYPE mark>
 struct Automation;
 
-#define QV_AUTOMATION_TYPE(mark, Type, member)                               \
-  template <>                                                                \
-  struct Automation<mark> {                                                  \
-    using Value = Type;                                                      \
-    static Value& in(VARIANT& variant) noexcept { return variant.member; }   \
+#define QV_AUTOMATION_TYPE(mark, Type, member)                             \
+  template <>                                                              \
+  struct Automation<mark> {                                                \
+    using Value = Type;                                                    \
+    static Value& in(VARIANT& variant) noexcept { return variant.member; } \
   }
 QV_AUTOMATION_TYPE(VT_UI1, BYTE, bVal);
 QV_AUTOMATION_TYPE(VT_I2, SHORT, iVal);
@@ -30,8 +30,13 @@ QV_AUTOMATION_TYPE(VT_DISPATCH, IDispatch*, pdispVal);
 QV_AUTOMATION_TYPE(VT_UNKNOWN, IUnknown*, punkVal);
 #undef QV_AUTOMATION_TYPE
 
-// The caller's argument at a position: null where it was left out, and for a missing one likewise.
-VARIANT* argument_at(CallFrame& frame, std::size_t position) noexcept;
+// The caller's argument at the frame's position: null where it was left out, and for a missing one
+// likewise.
+VARIANT* current_argument(CallFrame& frame) noexcept;
+// The description of that argument.
+inline const ParameterRow& current_parameter(const CallFrame& frame) noexcept {
+  return frame.operation.parameters[frame.position];
+}
 // The variable behind a Variant by reference, else the argument itself.
 VARIANT& variable_of(VARIANT& argument) noexcept;
 // Is the argument a variable of the caller's, so that a new value must be given back to it?
@@ -40,12 +45,14 @@ inline bool is_variable(const VARIANT& argument) noexcept {
 }
 
 // The language's conversion of an argument; the value is the receiver's. An object other than a
-// Nothing gives its default value.
+// Nothing gives its default value. Fails with Automation's own code where there is one
+// (DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW), else with the HRESULT of a run-time error.
 HRESULT convert(const VARIANT& source, VARTYPE type, VARIANT* target) noexcept;
 // The default of an optional argument, or the type's zero.
 HRESULT take_default(const ParameterRow& parameter, VARTYPE type, VARIANT* target) noexcept;
-// Stores a converted value in the caller's variable unless that holds an equal value already: then
-// the variable keeps its subtype.
+// Stores what became of a converted value in the caller's variable unless it is still what the
+// variable was converted to: then that keeps its value and subtype. A variable that is itself a
+// reference to a typed one (of another type than the argument) is converted back.
 HRESULT give_to_variable(VARIANT& variable, VARIANT& value, const VARIANT& before) noexcept;
 
 // A VARIANT that clears itself.
@@ -56,61 +63,95 @@ struct Holder : VARIANT {
   ~Holder() { VariantClear(this); }
 };
 
-// Fills `target` with the argument at that position as a value of that type.
-HRESULT take_value(CallFrame& frame, std::size_t position, VARTYPE type, VARIANT* target) noexcept;
+// Fills `target` with the frame's current argument as a value of that type.
+HRESULT take_value(CallFrame& frame, VARTYPE type, VARIANT* target) noexcept;
 
 // A typed argument by value.
 template <VARTYPE mark>
 class In {
  public:
   using Parameter = typename Automation<mark>::Value;
-  HRESULT take(CallFrame& frame, std::size_t position) noexcept {
-    return take_value(frame, position, mark, &holder_);
+  HRESULT take(CallFrame& frame) noexcept {
+    if constexpr (mark == VT_BSTR) {
+      // A text that is no variable stays as it is during the call, so it need not be copied.
+      VARIANT* argument = frame.positions[frame.position];
+      if (argument != nullptr && argument->vt == VT_BSTR) {
+        value_ = argument->bstrVal;
+        return S_OK;
+      }
+    }
+    const HRESULT status = take_value(frame, mark, &holder_);
+    value_ = Automation<mark>::in(holder_);
+    return status;
   }
-  Parameter value() noexcept { return Automation<mark>::in(holder_); }
+  Parameter value() noexcept { return value_; }
   HRESULT give_back(CallFrame&, bool) noexcept { return S_OK; }
 
  private:
   Holder holder_;
+  Parameter value_{};
 };
 
 // A typed argument by reference. Where the caller has a variable of the very type, the method works
-// on that variable itself.
+// on that variable itself. A Variant variable that holds the very type lends its value: for as long
+// as the call lasts the variable is a reference to it. So nothing is copied, the same variable may
+// be handed over twice, and a caller's code that runs meanwhile (an event) may store another type
+// in the variable without pulling the value from under the method.
 template <VARTYPE mark>
 class Ref {
  public:
   using Value = typename Automation<mark>::Value;
   using Parameter = Value*;
-  HRESULT take(CallFrame& frame, std::size_t position) noexcept {
-    VARIANT* argument = argument_at(frame, position);
+  Ref() noexcept = default;
+  Ref(const Ref&) = delete;
+  Ref& operator=(const Ref&) = delete;
+  ~Ref() { end_loan(); }
+
+  HRESULT take(CallFrame& frame) noexcept {
+    VARIANT* argument = current_argument(frame);
+    value_ = &Automation<mark>::in(holder_);
     if (argument != nullptr) {
-      if (argument->vt == (VT_BYREF | mark)) {
-        value_ = static_cast<Value*>(argument->byref);
+      VARIANT& variable = variable_of(*argument);
+      if (variable.vt == (VT_BYREF | mark)) {
+        value_ = static_cast<Value*>(variable.byref);
         return S_OK;
       }
-      VARIANT& variable = variable_of(*argument);
-      if (is_variable(*argument)) {
-        if (variable.vt == mark) {
-          value_ = &Automation<mark>::in(variable);
-          return S_OK;
-        }
-        variable_ = &variable;
+      if (is_variable(*argument) || (argument->vt & VT_BYREF) != 0) variable_ = &variable;
+      if (is_variable(*argument) && variable.vt == mark) {
+        borrow(variable);
+        return S_OK;
       }
     }
-    value_ = &Automation<mark>::in(holder_);
-    const HRESULT status = take_value(frame, position, mark, &holder_);
+    const HRESULT status = take_value(frame, mark, &holder_);
     if (FAILED(status) || variable_ == nullptr) return status;
     return VariantCopy(&before_, &holder_);
   }
   Parameter value() noexcept { return value_; }
   HRESULT give_back(CallFrame&, bool) noexcept {
-    if (variable_ == nullptr) return S_OK;
-    return give_to_variable(*variable_, holder_, before_);
+    if (is_borrowed_) {
+      end_loan();
+      return S_OK;
+    }
+    return variable_ == nullptr ? S_OK : give_to_variable(*variable_, holder_, before_);
   }
 
  private:
+  void borrow(VARIANT& variable) noexcept {
+    static_cast<VARIANT&>(holder_) = variable;
+    variable.vt = VT_BYREF | mark;
+    variable.byref = value_;
+    is_borrowed_ = true;
+  }
+  void end_loan() noexcept {
+    if (!std::exchange(is_borrowed_, false)) return;
+    if (variable_->vt != (VT_BYREF | mark) || variable_->byref != value_) return;
+    *variable_ = holder_;
+    holder_.vt = VT_EMPTY;
+  }
+
   Value* value_ = nullptr;
   VARIANT* variable_ = nullptr;
+  bool is_borrowed_ = false;
   Holder holder_;
   Holder before_;
 };
@@ -119,7 +160,7 @@ class Ref {
 class RefVariant {
  public:
   using Parameter = VARIANT*;
-  HRESULT take(CallFrame& frame, std::size_t position) noexcept;
+  HRESULT take(CallFrame& frame) noexcept;
   Parameter value() noexcept { return value_; }
   HRESULT give_back(CallFrame&, bool) noexcept { return S_OK; }
 
@@ -132,7 +173,7 @@ class RefVariant {
 class InVariant {
  public:
   using Parameter = VARIANT;
-  HRESULT take(CallFrame& frame, std::size_t position) noexcept;
+  HRESULT take(CallFrame& frame) noexcept;
   Parameter value() noexcept { return holder_; }
   HRESULT give_back(CallFrame&, bool) noexcept { return S_OK; }
 
@@ -146,11 +187,13 @@ class RefArrayBase {
  public:
   using Parameter = SAFEARRAY**;
   explicit RefArrayBase(VARTYPE element) noexcept : element_(element) {}
-  HRESULT take(CallFrame& frame, std::size_t position) noexcept;
+  HRESULT take(CallFrame& frame) noexcept;
   Parameter value() noexcept { return value_; }
   HRESULT give_back(CallFrame& frame, bool succeeded) noexcept;
 
  private:
+  HRESULT store(SAFEARRAY** array, SAFEARRAY* fresh) noexcept;
+
   VARTYPE element_;
   SAFEARRAY** value_ = nullptr;
   VARIANT* variable_ = nullptr;
@@ -163,7 +206,8 @@ class RefArray : public RefArrayBase {
 };
 
 // Makes an object that only has late-bound members answer to an interface of ours, where the
-// interface is one that callers implement; null where there is no such way.
+// interface is one that callers implement; null where there is no such way. The object returned has
+// one reference.
 using AdaptObject = IUnknown* (*)(IDispatch* object, const IID& interface_id);
 void set_object_adapter(AdaptObject adapter) noexcept;
 
@@ -174,7 +218,7 @@ class ObjectArgument {
   ObjectArgument(const ObjectArgument&) = delete;
   ObjectArgument& operator=(const ObjectArgument&) = delete;
   ~ObjectArgument();
-  HRESULT take(CallFrame& frame, std::size_t position) noexcept;
+  HRESULT take(CallFrame& frame) noexcept;
   HRESULT give_back(CallFrame& frame, bool succeeded) noexcept;
 
  protected:
@@ -184,7 +228,7 @@ class ObjectArgument {
  private:
   const IID& interface_id_;
   IUnknown* object_ = nullptr;  // by that interface
-  IUnknown* before_ = nullptr;  // not counted: only compared
+  Object<IUnknown> before_;     // what object_ was; held, so that its address stays its own
   IDispatch** typed_variable_ = nullptr;
   VARIANT* variable_ = nullptr;
 };
@@ -214,16 +258,14 @@ class RecordArgument {
   RecordArgument() noexcept = default;
   RecordArgument(const RecordArgument&) = delete;
   RecordArgument& operator=(const RecordArgument&) = delete;
-  HRESULT take_reference(CallFrame& frame, std::size_t position, void** data) noexcept;
+  HRESULT take_reference(CallFrame& frame, void** data) noexcept;
   static HRESULT give_result(CallFrame& frame, const void* data) noexcept;
 };
 template <class Record>
 class RefRecord : public RecordArgument {
  public:
   using Parameter = Record*;
-  HRESULT take(CallFrame& frame, std::size_t position) noexcept {
-    return take_reference(frame, position, &data_);
-  }
+  HRESULT take(CallFrame& frame) noexcept { return take_reference(frame, &data_); }
   Parameter value() noexcept { return static_cast<Record*>(data_); }
   HRESULT give_back(CallFrame&, bool) noexcept { return S_OK; }
 
@@ -236,7 +278,7 @@ template <VARTYPE mark>
 class Out {
  public:
   using Parameter = typename Automation<mark>::Value*;
-  HRESULT take(CallFrame&, std::size_t) noexcept {
+  HRESULT take(CallFrame&) noexcept {
     holder_.vt = mark;
     holder_.llVal = 0;
     return S_OK;
@@ -255,7 +297,7 @@ class Out {
 class OutVariant {
  public:
   using Parameter = VARIANT*;
-  HRESULT take(CallFrame&, std::size_t) noexcept { return S_OK; }
+  HRESULT take(CallFrame&) noexcept { return S_OK; }
   Parameter value() noexcept { return &holder_; }
   HRESULT give_back(CallFrame& frame, bool succeeded) noexcept {
     if (!succeeded || frame.result == nullptr) return S_OK;
@@ -270,7 +312,7 @@ template <class Interface>
 class OutObject {
  public:
   using Parameter = Interface**;
-  HRESULT take(CallFrame&, std::size_t) noexcept { return S_OK; }
+  HRESULT take(CallFrame&) noexcept { return S_OK; }
   Parameter value() noexcept { return object_.receive(); }
   HRESULT give_back(CallFrame& frame, bool succeeded) noexcept {
     if (!succeeded || frame.result == nullptr) return S_OK;
@@ -286,7 +328,7 @@ template <class Record>
 class OutRecord {
  public:
   using Parameter = Record*;
-  HRESULT take(CallFrame&, std::size_t) noexcept { return S_OK; }
+  HRESULT take(CallFrame&) noexcept { return S_OK; }
   Parameter value() noexcept { return &record_; }
   HRESULT give_back(CallFrame& frame, bool succeeded) noexcept {
     if (!succeeded || frame.result == nullptr) return S_OK;

@@ -1,6 +1,6 @@
 // Text as byte container: one character stands for one byte, through a table made once from the
-// system's ANSI code page. Where that page is a multi-byte one, one byte can't be one character: the
-// table is that of code page 1252 there, so that every byte string survives on every system.
+// system's ANSI code page. Where that page is a multi-byte one, one byte can't be one character:
+// the table is that of code page 1252 there, so that every byte string survives on every system.
 #pragma once
 
 #include <cstdint>

@@ -9,7 +9,8 @@ namespace qv {
 bool ObjectCore::is_own_interface(REFIID id) const noexcept {
   return IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IDispatch) ||
          IsEqualIID(id, info_.interface_id) ||
-         std::ranges::any_of(info_.aliases, [&](const IID& alias) { return IsEqualIID(id, alias); });
+         std::ranges::any_of(info_.aliases,
+                             [&](const IID& alias) { return IsEqualIID(id, alias); });
 }
 
 HRESULT ObjectCore::query(REFIID id, void** object) noexcept {
@@ -19,7 +20,7 @@ HRESULT ObjectCore::query(REFIID id, void** object) noexcept {
   } else if (IsEqualIID(id, IID_IProvideClassInfo) || IsEqualIID(id, IID_IProvideClassInfo2)) {
     *object = static_cast<IProvideClassInfo2*>(this);
   } else if (IsEqualIID(id, IID_IConnectionPointContainer) && events_) {
-    *object = static_cast<IConnectionPointContainer*>(&*events_);
+    *object = events_->container();
   } else if (IsEqualIID(id, kOwnObjectId)) {
     *object = static_cast<OwnObject*>(this);
   } else {

@@ -2,14 +2,15 @@
 // description of its class, and the way back from an interface pointer to the implementation.
 #pragma once
 
-#include <windows.h>
 #include <ocidl.h>
+#include <windows.h>
 
 #include <optional>
 #include <span>
 
 #include "automation/connection_points.h"
 #include "automation/dispatch.h"
+#include "automation/server.h"
 
 namespace qv {
 
@@ -22,12 +23,6 @@ struct ClassInfo {
   const IID* events;             // of the event interface; null where the class raises none
   dispatch::MemberTable members;
 };
-
-// The server: what keeps it loaded, and its own type library.
-namespace server {
-void count_object(int step) noexcept;
-HRESULT type_info_of(const GUID& id, ITypeInfo** info) noexcept;
-}  // namespace server
 
 // Private to the library: how an object of its own is told from a foreign one that implements the
 // same interface.
@@ -126,8 +121,8 @@ template <class Implementation, class Interface>
 Implementation* own(const Object<Interface>& object, const ClassInfo& info) noexcept {
   if (!object) return nullptr;
   Object<OwnObject> found;
-  if (FAILED(object.get()->QueryInterface(kOwnObjectId,
-                                          reinterpret_cast<void**>(found.receive())))) {
+  if (FAILED(
+          object.get()->QueryInterface(kOwnObjectId, reinterpret_cast<void**>(found.receive())))) {
     return nullptr;
   }
   if (&found.get()->class_info() != &info) return nullptr;

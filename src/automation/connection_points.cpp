@@ -33,12 +33,13 @@ struct Points {
 
 void ConnectionPoint::raise_event(DISPID event, std::vector<VARIANT> arguments) noexcept {
   try {
+    const Object<IUnknown> hold(owner_);    // a sink may hold the last other reference
     const auto connections = connections_;  // sinks may come and go while they are called
     std::ranges::reverse(arguments);
     DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
     for (const Connection& connection : connections) {
-      connection.sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
-                              nullptr, nullptr, nullptr);
+      connection.sink.get()->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                    &parameters, nullptr, nullptr, nullptr);
     }
   } catch (const std::bad_alloc&) {
     return;  // an event is news, not a promise
@@ -47,7 +48,6 @@ void ConnectionPoint::raise_event(DISPID event, std::vector<VARIANT> arguments) 
 
 HRESULT ConnectionPoint::QueryInterface(REFIID id, void** object) {
   if (object == nullptr) return E_POINTER;
-  // The point is an object of its own; its container is the owner.
   if (IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IConnectionPoint)) {
     *object = static_cast<IConnectionPoint*>(this);
     AddRef();
@@ -65,8 +65,9 @@ HRESULT ConnectionPoint::GetConnectionInterface(IID* id) {
 
 HRESULT ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** container) {
   if (container == nullptr) return E_POINTER;
-  return owner_->QueryInterface(IID_IConnectionPointContainer,
-                                reinterpret_cast<void**>(container));
+  *container = &container_;
+  AddRef();
+  return S_OK;
 }
 
 HRESULT ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
@@ -111,22 +112,22 @@ HRESULT ConnectionPoint::EnumConnections(IEnumConnections** connections) {
   return make_enumerator<Connections>(std::move(items), connections);
 }
 
-HRESULT ConnectionPoint::EnumConnectionPoints(IEnumConnectionPoints** points) {
+HRESULT ConnectionPoint::Container::EnumConnectionPoints(IEnumConnectionPoints** points) {
   if (points == nullptr) return E_POINTER;
   AddRef();
   try {
-    return make_enumerator<Points>({static_cast<IConnectionPoint*>(this)}, points);
+    return make_enumerator<Points>({static_cast<IConnectionPoint*>(&point_)}, points);
   } catch (const std::bad_alloc&) {
     Release();
     return E_OUTOFMEMORY;
   }
 }
 
-HRESULT ConnectionPoint::FindConnectionPoint(REFIID id, IConnectionPoint** point) {
+HRESULT ConnectionPoint::Container::FindConnectionPoint(REFIID id, IConnectionPoint** point) {
   if (point == nullptr) return E_POINTER;
   *point = nullptr;
-  if (!IsEqualIID(id, events_)) return CONNECT_E_NOCONNECTION;
-  *point = this;
+  if (!IsEqualIID(id, point_.events_)) return CONNECT_E_NOCONNECTION;
+  *point = &point_;
   AddRef();
   return S_OK;
 }

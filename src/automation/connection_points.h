@@ -1,9 +1,9 @@
 // Event sources: the sinks that clients connect, and the raising of events to them.
 #pragma once
 
-#include <windows.h>
 #include <ocidl.h>
 #include <olectl.h>
+#include <windows.h>
 
 #include <cstdint>
 #include <vector>
@@ -12,11 +12,13 @@
 
 namespace qv {
 
-// The connection point of a class that raises events, and its container in one. It lives inside its
-// object and shares that object's life: references to it are references to the object.
-class ConnectionPoint final : public IConnectionPoint, public IConnectionPointContainer {
+// The connection point of a class that raises events. It lives inside its object and shares that
+// object's life: references to it are references to the object. It is an object of its own
+// nevertheless; its container is another face of the owner.
+class ConnectionPoint final : public IConnectionPoint {
  public:
-  ConnectionPoint(IUnknown* owner, const IID& events) noexcept : owner_(owner), events_(events) {}
+  ConnectionPoint(IUnknown* owner, const IID& events) noexcept
+      : owner_(owner), events_(events), container_(*this) {}
   ConnectionPoint(const ConnectionPoint&) = delete;
   ConnectionPoint& operator=(const ConnectionPoint&) = delete;
   ~ConnectionPoint() = default;
@@ -26,21 +28,36 @@ class ConnectionPoint final : public IConnectionPoint, public IConnectionPointCo
   // disconnect itself or others meanwhile.
   void raise_event(DISPID event, std::vector<VARIANT> arguments) noexcept;
 
+  IConnectionPointContainer* container() noexcept { return &container_; }
+
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
   ULONG STDMETHODCALLTYPE AddRef() override { return owner_->AddRef(); }
   ULONG STDMETHODCALLTYPE Release() override { return owner_->Release(); }
 
   HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* id) override;
-  HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(
-      IConnectionPointContainer** container) override;
+  HRESULT STDMETHODCALLTYPE
+  GetConnectionPointContainer(IConnectionPointContainer** container) override;
   HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
   HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
   HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override;
 
-  HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override;
-  HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id, IConnectionPoint** point) override;
-
  private:
+  class Container final : public IConnectionPointContainer {
+   public:
+    explicit Container(ConnectionPoint& point) noexcept : point_(point) {}
+    ~Container() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+      return point_.owner_->QueryInterface(id, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return point_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return point_.Release(); }
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override;
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id, IConnectionPoint** point) override;
+
+   private:
+    ConnectionPoint& point_;
+  };
   struct Connection {
     DWORD cookie;
     Object<IDispatch> sink;
@@ -48,6 +65,7 @@ class ConnectionPoint final : public IConnectionPoint, public IConnectionPointCo
 
   IUnknown* owner_;
   const IID& events_;
+  Container container_;
   std::vector<Connection> connections_;
   DWORD last_cookie_ = 0;
 };

@@ -6,7 +6,8 @@
 // what the member made of it back in the argument's type. Text that already is text, and numbers of
 // the right type, are used where they lie. Omitted arguments take their defaults, named arguments
 // find their places, and an array that comes back to a Variant variable comes as an array of
-// Variant, which a script can index.
+// Variant, which a script can index. A property without arguments of its own hands those of the
+// caller on to the default member of the object that it holds, so that `arg.List(1)` works.
 #pragma once
 
 #include <windows.h>
@@ -42,12 +43,17 @@ struct ParameterRow {
 
 struct Operation;
 
+// Whose failure a failed call is: an argument's on its way in, the method's own, or an argument's
+// on its way back.
+enum class Stage : std::uint8_t { taking, calling, giving_back };
+
 // One Invoke on its way to a method: the caller's arguments by position, null where left out.
 struct CallFrame {
   const Operation& operation;
   std::array<VARIANT*, kMaxArguments> positions;
   VARIANT* result = nullptr;
-  std::size_t bad_position = 0;  // of an argument that could not be converted
+  Stage stage = Stage::taking;
+  std::size_t position = 0;  // of the argument that is being taken or given back
 };
 
 // Converts, calls the method in that slot of the object's own function table, and gives back.
@@ -94,20 +100,26 @@ HRESULT invoke_slot(void* object, CallFrame& frame) {
   std::tuple<Arguments...> arguments;
   return [&]<std::size_t... Index>(std::index_sequence<Index...>) {
     HRESULT status = S_OK;
-    const bool taken =
-        ((status = std::get<Index>(arguments).take(frame, Index), SUCCEEDED(status)) && ...);
+    const bool taken = ((frame.position = Index, status = std::get<Index>(arguments).take(frame),
+                         SUCCEEDED(status)) &&
+                        ...);
     if (!taken) return status;
     // An interface is an array of functions behind the object's first word.
     void* const* functions = *static_cast<void* const* const*>(object);
     const auto method = reinterpret_cast<Method>(functions[frame.operation.slot]);
+    frame.stage = Stage::calling;
     const HRESULT called = method(object, std::get<Index>(arguments).value()...);
     // By-reference arguments are variables: what a failing method had stored in them stays stored.
-    static_cast<void>(
-        ((status = std::get<Index>(arguments).give_back(frame, SUCCEEDED(called)),
+    const bool given_back =
+        ((frame.position = Index,
+          status = std::get<Index>(arguments).give_back(frame, SUCCEEDED(called)),
           SUCCEEDED(status)) &&
-         ...));
-    return FAILED(called) ? called : status;
-  }(std::index_sequence_for<Arguments...>());
+         ...);
+    if (FAILED(called) || given_back) return called;
+    frame.stage = Stage::giving_back;
+    return status;
+  }
+  (std::index_sequence_for<Arguments...>());
 }
 
 }  // namespace qv::dispatch

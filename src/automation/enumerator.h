@@ -10,6 +10,8 @@
 #include <new>
 #include <vector>
 
+#include "automation/server.h"
+
 namespace qv {
 
 // Traits give: Item (what Next hands out), Interface, and how an item is copied and dropped:
@@ -35,7 +37,11 @@ class Enumerator final : public Traits::Interface {
   };
 
   explicit Enumerator(std::shared_ptr<const List> list, std::size_t position = 0) noexcept
-      : list_(std::move(list)), position_(position) {}
+      : list_(std::move(list)), position_(position) {
+    server::count_object(1);
+  }
+  Enumerator(const Enumerator&) = delete;
+  Enumerator& operator=(const Enumerator&) = delete;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
     if (object == nullptr) return E_POINTER;
@@ -85,7 +91,7 @@ class Enumerator final : public Traits::Interface {
   }
 
  private:
-  virtual ~Enumerator() = default;
+  virtual ~Enumerator() { server::count_object(-1); }
 
   std::atomic<ULONG> references_{1};
   std::shared_ptr<const List> list_;
@@ -98,13 +104,15 @@ HRESULT make_enumerator(std::vector<typename Traits::Item> items,
                         typename Traits::Interface** enumerator) noexcept {
   using List = typename Enumerator<Traits>::List;
   if (enumerator == nullptr) return E_POINTER;
+  *enumerator = nullptr;
   try {
-    *enumerator = new Enumerator<Traits>(std::make_shared<const List>(std::move(items)));
-    return S_OK;
+    const auto list = std::make_shared<const List>(std::move(items));
+    *enumerator = new (std::nothrow) Enumerator<Traits>(list);
   } catch (...) {
-    *enumerator = nullptr;
-    return E_OUTOFMEMORY;
+    // The list was not made, so the items are still here.
+    for (auto& item : items) Traits::drop(item);
   }
+  return *enumerator != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 
 }  // namespace qv

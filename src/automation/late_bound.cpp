@@ -21,18 +21,23 @@ HRESULT find_member(IDispatch* object, const wchar_t* name, DISPID* id) noexcept
 
 RunTimeError taken_from(EXCEPINFO& info) {
   if (info.pfnDeferredFillIn != nullptr) info.pfnDeferredFillIn(&info);
+  const HRESULT code = info.scode != 0 ? info.scode : DISP_E_EXCEPTION;
   return RunTimeError{
-      .number = info.wCode != 0 ? static_cast<Long>(info.wCode) : to_error_number(info.scode),
+      .number = info.wCode != 0 ? static_cast<Long>(info.wCode) : to_error_number(code),
       .source = Text::adopt(info.bstrSource),
       .description = Text::adopt(info.bstrDescription),
       .help_file = Text::adopt(info.bstrHelpFile),
       .help_context = static_cast<Long>(info.dwHelpContext)};
 }
 
-Variant invoke(const Object<IDispatch>& object, const wchar_t* name, WORD kind,
-               std::initializer_list<Variant> arguments) {
+DISPID member_id(const Object<IDispatch>& object, const wchar_t* name) {
   DISPID id = DISPID_UNKNOWN;
   check(find_member(object.operator->(), name, &id));
+  return id;
+}
+
+Variant invoke(const Object<IDispatch>& object, DISPID id, WORD kind,
+               std::initializer_list<Variant> arguments) {
   std::vector<VARIANT> reversed;
   reversed.reserve(arguments.size());
   for (const Variant& argument : arguments) reversed.push_back(*argument.raw());
@@ -44,9 +49,8 @@ Variant invoke(const Object<IDispatch>& object, const wchar_t* name, WORD kind,
                         static_cast<UINT>(reversed.size()), is_put ? 1U : 0U};
   Variant answer;
   EXCEPINFO exception{};
-  const HRESULT result =
-      object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
-                     is_put ? nullptr : answer.raw(), &exception, nullptr);
+  const HRESULT result = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                                        is_put ? nullptr : answer.raw(), &exception, nullptr);
   if (result == DISP_E_EXCEPTION) raise(taken_from(exception));
   check(result);
   return answer;
@@ -57,17 +61,25 @@ Variant invoke(const Object<IDispatch>& object, const wchar_t* name, WORD kind,
 Variant get(const Object<IDispatch>& object, const wchar_t* property,
             std::initializer_list<Variant> arguments) {
   // A property may be written as a method, and the caller can't tell.
-  return invoke(object, property, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments);
+  return invoke(object, member_id(object, property), DISPATCH_PROPERTYGET | DISPATCH_METHOD,
+                arguments);
 }
 
 void put(const Object<IDispatch>& object, const wchar_t* property, const Variant& value) {
-  invoke(object, property, value.is_object() ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT,
-         {value});
+  invoke(object, member_id(object, property),
+         value.is_object() ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT, {value});
 }
 
 Variant call(const Object<IDispatch>& object, const wchar_t* method,
              std::initializer_list<Variant> arguments) {
-  return invoke(object, method, DISPATCH_METHOD, arguments);
+  return invoke(object, member_id(object, method), DISPATCH_METHOD, arguments);
+}
+
+Method::Method(Object<IDispatch> object, const wchar_t* name)
+    : object_(std::move(object)), id_(member_id(object_, name)) {}
+
+Variant Method::operator()(std::initializer_list<Variant> arguments) const {
+  return invoke(object_, id_, DISPATCH_METHOD, arguments);
 }
 
 Variant by_reference(Variant& variable) noexcept {

@@ -18,6 +18,17 @@ void put(const Object<IDispatch>& object, const wchar_t* property, const Variant
 Variant call(const Object<IDispatch>& object, const wchar_t* method,
              std::initializer_list<Variant> arguments = {});
 
+// A member found once, for calls by the thousand.
+class Method {
+ public:
+  Method(Object<IDispatch> object, const wchar_t* name);
+  Variant operator()(std::initializer_list<Variant> arguments) const;
+
+ private:
+  Object<IDispatch> object_;
+  DISPID id_ = DISPID_UNKNOWN;
+};
+
 // A Variant that refers to `variable`, for an argument that the member fills in.
 Variant by_reference(Variant& variable) noexcept;
 

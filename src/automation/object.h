@@ -2,8 +2,8 @@
 // pointer, so that a by-reference object argument is an Object& over the caller's own variable.
 #pragma once
 
-#include <windows.h>
 #include <oaidl.h>
+#include <windows.h>
 
 #include <utility>
 

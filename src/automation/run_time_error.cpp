@@ -74,8 +74,9 @@ constexpr ErrorText kTexts[] = {
     {432, L"File name or class name not found during Automation operation"},
     {438, L"Object doesn't support this property or method"},
     {440, L"Automation error"},
-    {442, L"Connection to type library or object library for remote process has been lost. Press OK "
-          L"for dialog to remove reference."},
+    {442,
+     L"Connection to type library or object library for remote process has been lost. Press OK "
+     L"for dialog to remove reference."},
     {443, L"Automation object does not have a default value"},
     {445, L"Object doesn't support this action"},
     {446, L"Object doesn't support named arguments"},
@@ -83,8 +84,9 @@ constexpr ErrorText kTexts[] = {
     {448, L"Named argument not found"},
     {449, L"Argument not optional"},
     {450, L"Wrong number of arguments or invalid property assignment"},
-    {451, L"Property let procedure not defined and property get procedure did not return an "
-          L"object"},
+    {451,
+     L"Property let procedure not defined and property get procedure did not return an "
+     L"object"},
     {452, L"Invalid ordinal"},
     {453, L"Specified DLL function not found"},
     {454, L"Code resource not found"},
@@ -130,6 +132,7 @@ constexpr Translation kTranslations[] = {
     {DISP_E_PARAMNOTOPTIONAL, 449},
     {DISP_E_NOTACOLLECTION, 451},
     {DISP_E_DIVBYZERO, 11},
+    {DISP_E_EXCEPTION, kAutomationError},
     {REGDB_E_CLASSNOTREG, 429},
     {CLASS_E_CLASSNOTAVAILABLE, 429},
     {CO_E_SERVER_EXEC_FAILURE, 429},
@@ -176,6 +179,7 @@ void raise(Long number) {
 }
 
 void raise(RunTimeError error) {
+  if (error.number == 0 || error.number > 0xFFFF) raise(kInvalidProcedureCall);
   if (error.description.empty()) error.description = Text(run_time_error_text(error.number));
   throw error;  // NOLINT(misc-throw-by-value-catch-by-reference): it is a value
 }

@@ -37,7 +37,8 @@ struct RunTimeError {
 std::wstring_view run_time_error_text(Long number) noexcept;
 
 // Raise with the language's own text. The second form sets every field; an empty description takes
-// the language's own.
+// the language's own. A number that the language can't raise (0, or above 65535) is run-time error
+// 5 instead.
 [[noreturn]] void raise(Long number);
 [[noreturn]] void raise(RunTimeError error);
 

@@ -47,8 +47,7 @@ std::size_t capacity(BSTR bstr) noexcept {
   void* block = reinterpret_cast<unsigned char*>(bstr) - head_bytes;
   if (HeapValidate(GetProcessHeap(), 0, block) == FALSE) return 0;
   const std::size_t block_bytes = HeapSize(GetProcessHeap(), 0, block);
-  if (block_bytes == static_cast<std::size_t>(-1) ||
-      block_bytes < head_bytes + kTerminator_bytes) {
+  if (block_bytes == static_cast<std::size_t>(-1) || block_bytes < head_bytes + kTerminator_bytes) {
     return 0;
   }
   return (block_bytes - head_bytes - kTerminator_bytes) / sizeof(wchar_t);

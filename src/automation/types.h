@@ -26,8 +26,7 @@ class Boolean {
   constexpr operator bool() const noexcept { return raw_ != VARIANT_FALSE; }
   // Without this, True would reach an Integer result by way of bool, as 1.
   template <std::integral Number>
-    requires(!std::same_as<Number, bool>)
-  constexpr operator Number() const noexcept {
+  requires(!std::same_as<Number, bool>) constexpr operator Number() const noexcept {
     return static_cast<Number>(raw_);
   }
 

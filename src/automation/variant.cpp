@@ -1,5 +1,7 @@
 #include "automation/variant.h"
 
+#include <algorithm>
+
 namespace qv {
 namespace {
 
@@ -17,48 +19,52 @@ VARIANT convert(const VARIANT& value, VARTYPE type) {
   if (from == VT_NULL) raise(kInvalidUseOfNull);
   // Text of a Boolean is "True", not "-1".
   const USHORT flags = type == VT_BSTR ? VARIANT_ALPHABOOL : 0;
-  check(VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), LOCALE_USER_DEFAULT, flags,
-                            type));
+  check(
+      VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), LOCALE_USER_DEFAULT, flags, type));
   return result;
 }
 
-// Stores a value of the very type that the variable referred to has.
-void store_by_reference(VARIANT& reference, VARIANT& value) noexcept {
-  switch (reference.vt & ~VT_BYREF) {
+// How wide what a VARIANT holds is, by its type.
+std::size_t width_bytes(VARTYPE type) noexcept {
+  switch (type) {
+    case VT_I1:
     case VT_UI1:
-      *reference.pbVal = value.bVal;
-      break;
+      return 1;
     case VT_I2:
+    case VT_UI2:
     case VT_BOOL:
-      *reference.piVal = value.iVal;
-      break;
+      return 2;
     case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
     case VT_R4:
     case VT_ERROR:
-    case VT_INT:
-      *reference.plVal = value.lVal;
-      break;
+      return 4;
     case VT_R8:
     case VT_DATE:
     case VT_CY:
     case VT_I8:
-      *reference.pllVal = value.llVal;
-      break;
-    case VT_BSTR:
-      std::swap(*reference.pbstrVal, value.bstrVal);
-      break;
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-      std::swap(*reference.ppunkVal, value.punkVal);
-      break;
+    case VT_UI8:
+      return 8;
     default:
-      std::swap(*reference.pparray, value.parray);
-      break;
+      return sizeof(void*);  // text, objects, arrays
   }
-  VariantClear(&value);  // what the variable held before
 }
 
 }  // namespace
+
+void store_by_reference(const VARIANT& reference, VARIANT& value) noexcept {
+  if (value.vt == VT_DECIMAL) {
+    // A decimal lies across the whole VARIANT, its type number included.
+    std::swap(*reference.pdecVal, value.decVal);
+    value.vt = VT_DECIMAL;
+    return;
+  }
+  auto* held = reinterpret_cast<unsigned char*>(&value.llVal);
+  std::swap_ranges(held, held + width_bytes(value.vt),
+                   static_cast<unsigned char*>(reference.byref));
+}
 
 VARTYPE Variant::type() const noexcept { return inner(value_).vt & ~VT_BYREF; }
 
@@ -122,6 +128,7 @@ void Variant::assign(Variant value) {
     return;
   }
   const VARTYPE wanted = target.vt & ~VT_BYREF;
+  if (wanted == VT_RECORD) raise(kTypeMismatch);  // records are copied by their own members
   if (value.value_.vt != wanted) value = adopt(convert(value.value_, wanted));
   store_by_reference(target, value.value_);
 }

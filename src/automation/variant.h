@@ -20,7 +20,9 @@ class Variant {
   Variant(Single value) noexcept : Variant(OfType{VT_R4}) { value_.fltVal = value; }
   Variant(Double value) noexcept : Variant(OfType{VT_R8}) { value_.dblVal = value; }
   Variant(Date value) noexcept : Variant(OfType{VT_DATE}) { value_.date = value.days; }
-  Variant(Currency value) noexcept : Variant(OfType{VT_CY}) { value_.cyVal.int64 = value.ten_thousandths; }
+  Variant(Currency value) noexcept : Variant(OfType{VT_CY}) {
+    value_.cyVal.int64 = value.ten_thousandths;
+  }
   Variant(Text value) noexcept : Variant(OfType{VT_BSTR}) { value_.bstrVal = value.release(); }
   Variant(std::wstring_view value) : Variant(Text(value)) {}
   Variant(const wchar_t* value) : Variant(Text(value)) {}
@@ -104,6 +106,10 @@ class Variant {
 };
 
 static_assert(sizeof(Variant) == sizeof(VARIANT));
+
+// Stores a value in the variable that `reference` (VT_BYREF) leads to; the value has that
+// variable's very type. `value` is left with what the variable held before.
+void store_by_reference(const VARIANT& reference, VARIANT& value) noexcept;
 
 // The value as another type: what the to_... members do, for callers that choose the type at run
 // time.

@@ -79,8 +79,7 @@ void store(Interface** result, Object<Interface> value) noexcept {
   *result = value.release();
 }
 template <class Raw, class Value>
-  requires(!std::is_pointer_v<Raw>)
-void store(Raw* result, const Value& value) noexcept {
+requires(!std::is_pointer_v<Raw>) void store(Raw* result, const Value& value) noexcept {
   static_assert(sizeof(Raw) == sizeof(Value) || std::is_same_v<Value, Boolean>);
   if constexpr (std::is_same_v<Value, Date>) {
     *result = value.days;

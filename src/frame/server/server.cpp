@@ -2,9 +2,9 @@
 // library loaded.
 #include "frame/server/server.h"
 
-#include <windows.h>
 #include <ocidl.h>
 #include <olectl.h>
+#include <windows.h>
 
 #include <algorithm>
 #include <atomic>
@@ -23,9 +23,11 @@ HMODULE this_module = nullptr;
 // Objects, class factories and locks together: while there is one, the library must stay.
 std::atomic<long> holders{0};
 
+// From the library's own file, so that records work where nothing is registered.
 HRESULT find_record(IRecordInfo** info) noexcept {
-  return GetRecordInfoFromGuids(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, 0,
-                                GUID_BFILTER, info);
+  Object<ITypeInfo> description;
+  const HRESULT status = type_info_of(GUID_BFILTER, description.receive());
+  return SUCCEEDED(status) ? GetRecordInfoFromTypeInfo(description.get(), info) : status;
 }
 
 class ClassFactory final : public IClassFactory {
@@ -82,8 +84,7 @@ Text module_path() {
   // GetModuleFileNameW tells a name that is too long only by filling the buffer.
   for (std::size_t length = MAX_PATH;; length *= 2) {
     Text path = Text::uninitialized(length);
-    const DWORD written =
-        GetModuleFileNameW(this_module, path.data(), static_cast<DWORD>(length));
+    const DWORD written = GetModuleFileNameW(this_module, path.data(), static_cast<DWORD>(length));
     if (written < length) return Text(path.view().substr(0, written));
   }
 }
@@ -110,15 +111,18 @@ HRESULT type_info_of(const GUID& id, ITypeInfo** info) noexcept {
 
 extern "C" {
 
-BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* process_ends) {
   using namespace qv;
   switch (reason) {
     case DLL_PROCESS_ATTACH:
       server::this_module = instance;
       dispatch::set_record_finder(&server::find_record);
+      dispatch::set_object_adapter(&server::adapt_object);
       return thread_state::attach() ? TRUE : FALSE;
     case DLL_PROCESS_DETACH:
-      thread_state::detach();
+      // When the process ends, other threads were stopped wherever they were, and libraries that
+      // their objects live in may be gone: the system takes the memory back by itself.
+      if (process_ends == nullptr) thread_state::detach();
       return TRUE;
     default:
       return TRUE;

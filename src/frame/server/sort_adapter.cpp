@@ -1,0 +1,99 @@
+// A caller's sort helper that is no QvSort by interface but has its members: a script's own class
+// instance, or any object that answers to the names.
+#include <new>
+
+#include "automation/late_bound.h"
+#include "frame/server/forward.h"
+#include "frame/server/server.h"
+#include "interfaces.h"
+
+namespace qv::server {
+namespace {
+
+class SortAdapter final : public _QvSort {
+ public:
+  explicit SortAdapter(const Object<IDispatch>& helper)
+      : helper_(helper), compare_(helper, L"Compare"), swap_(helper, L"Swap") {
+    count_object(1);
+  }
+  SortAdapter(const SortAdapter&) = delete;
+  SortAdapter& operator=(const SortAdapter&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IDispatch) &&
+        !IsEqualIID(id, __uuidof(_QvSort))) {
+      *object = nullptr;
+      return E_NOINTERFACE;
+    }
+    *object = static_cast<_QvSort*>(this);
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    return helper_.get()->GetTypeInfoCount(count);
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
+    return helper_.get()->GetTypeInfo(index, locale, info);
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override {
+    return helper_.get()->GetIDsOfNames(reserved, names, count, locale, ids);
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* bad_argument) override {
+    return helper_.get()->Invoke(id, reserved, locale, flags, parameters, result, exception,
+                                 bad_argument);
+  }
+
+  HRESULT STDMETHODCALLTYPE Compare(VARIANT* a1, VARIANT* a2, LONG* result) override {
+    return guarded([&] { *result = compare_({reference(a1), reference(a2)}).to_long(); });
+  }
+  HRESULT STDMETHODCALLTYPE Swap(VARIANT* a1, VARIANT* a2) override {
+    return guarded([&] { swap_({reference(a1), reference(a2)}); });
+  }
+
+ private:
+  ~SortAdapter() { count_object(-1); }
+
+  static Variant reference(VARIANT* variable) {
+    return late_bound::by_reference(reinterpret_cast<Variant&>(*variable));
+  }
+  // What the helper raises is the error of its caller.
+  template <class Body>
+  HRESULT guarded(Body&& body) noexcept {
+    const Hold hold(*this);
+    try {
+      body();
+      return S_OK;
+    } catch (...) {
+      return report_current_exception(__uuidof(_QvSort));
+    }
+  }
+
+  ULONG references_ = 1;
+  Object<IDispatch> helper_;
+  late_bound::Method compare_;
+  late_bound::Method swap_;
+};
+
+}  // namespace
+
+IUnknown* adapt_object(IDispatch* object, const IID& interface_id) noexcept {
+  if (!IsEqualIID(interface_id, __uuidof(_QvSort))) return nullptr;
+  try {
+    return new SortAdapter(Object<IDispatch>(object));
+  } catch (...) {
+    return nullptr;  // an object without those members is no sort helper
+  }
+}
+
+}  // namespace qv::server
