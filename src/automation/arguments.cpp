@@ -219,10 +219,14 @@ HRESULT RefArrayBase::take(CallFrame& frame) noexcept {
 HRESULT RefArrayBase::store(SAFEARRAY** array, SAFEARRAY* fresh) noexcept {
   constexpr USHORT kFixed = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
   if (*array != nullptr && ((*array)->fFeatures & kFixed) != 0) {
-    const HRESULT status =
-        fresh != nullptr ? SafeArrayCopyData(fresh, *array) : DISP_E_ARRAYISLOCKED;
+    const bool is_alike = fresh != nullptr && SafeArrayGetDim(*array) == 1 &&
+                          fresh->rgsabound[0].lLbound == (*array)->rgsabound[0].lLbound &&
+                          fresh->rgsabound[0].cElements == (*array)->rgsabound[0].cElements;
+    const USHORT features = (*array)->fFeatures;
+    const HRESULT status = is_alike ? SafeArrayCopyData(fresh, *array) : DISP_E_ARRAYISLOCKED;
+    (*array)->fFeatures = features;  // some systems copy the source's
     SafeArrayDestroy(fresh);
-    return FAILED(status) ? DISP_E_ARRAYISLOCKED : S_OK;
+    return status;
   }
   const HRESULT status = SafeArrayDestroy(*array);
   if (FAILED(status)) {

@@ -73,8 +73,9 @@ HRESULT fill_exception(HRESULT status, EXCEPINFO* exception) noexcept {
   if (exception == nullptr) return DISP_E_EXCEPTION;
   *exception = EXCEPINFO{};
   // Hosts take the number from scode; the older wCode would hide it from some of them.
-  exception->scode = status;
-  const auto description = run_time_error_text(to_error_number(status));
+  const Long number = to_error_number(status);
+  exception->scode = to_hresult(number);
+  const auto description = run_time_error_text(number);
   exception->bstrSource = SysAllocString(kLibraryName);
   exception->bstrDescription =
       SysAllocStringLen(description.data(), static_cast<UINT>(description.size()));
