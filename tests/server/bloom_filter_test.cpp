@@ -1,6 +1,6 @@
 // The filter class, early bound.
 #include "server/client.h"
-#include "server/temporary_folder.h"
+#include "server/temp_folder.h"
 
 #include <array>
 #include <vector>
@@ -316,7 +316,7 @@ TEST_F(BloomFilter, A_record_with_an_address_alone_describes_a_map_of_the_applic
 #endif
 
 TEST_F(BloomFilter, Save_and_Load_restore_dense_and_sparse_filters) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   for (const LONG size : {0, 1, 31, 32, 33, 100000}) {
     auto filter = make(size);
     if (size > 0) set(filter, size - 1);
@@ -333,7 +333,7 @@ TEST_F(BloomFilter, Save_and_Load_restore_dense_and_sparse_filters) {
 }
 
 TEST_F(BloomFilter, Load_of_a_missing_file_records_error_minus_1) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const auto global = create_global();
   auto filter = with(5, {1});
   String name(folder.file(L"missing.flt"));
@@ -351,9 +351,9 @@ TEST_F(BloomFilter, Load_of_a_missing_file_records_error_minus_1) {
 }
 
 TEST_F(BloomFilter, Load_of_a_damaged_image_fails_without_a_number) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const auto global = create_global();
-  write_file(folder.file(L"bad.flt"), "this is no filter image at all, but long enough");
+  folder.write(L"bad.flt", "this is no filter image at all, but long enough");
   auto filter = with(5, {1});
   String name(folder.file(L"bad.flt"));
   VARIANT_BOOL failed = VARIANT_FALSE;
@@ -370,7 +370,7 @@ TEST_F(BloomFilter, Load_of_a_damaged_image_fails_without_a_number) {
 }
 
 TEST_F(BloomFilter, Save_of_a_filter_without_a_map_records_20000) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const auto global = create_global();
   auto filter = create<_QvtBloomFilter>(CLSID_QvtBloomFilter);
   String name(folder.file(L"none.flt"));

@@ -1,6 +1,6 @@
 // Filters to files, buffers and counters, early bound.
 #include "server/client.h"
-#include "server/temporary_folder.h"
+#include "server/temp_folder.h"
 
 #include <string>
 #include <vector>
@@ -45,7 +45,7 @@ class FilterFiles : public testing::Test {
     EXPECT_EQ(text.view(), source);
     global->Reset_Error();
   }
-  LONG open(const TemporaryFolder& folder, const wchar_t* name, bool write) {
+  LONG open(const TempFolder& folder, const wchar_t* name, bool write) {
     String path(folder.file(name));
     VARIANT_BOOL access = write ? VARIANT_TRUE : VARIANT_FALSE;
     LONG handle = 0;
@@ -72,7 +72,7 @@ class FilterFiles : public testing::Test {
 };
 
 TEST_F(FilterFiles, Images_follow_each_other_on_one_handle) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   auto first = with(100, {5, 99});
   auto second = with(7, {0, 6});
   LONG handle = open(folder, L"two.flt", true);
@@ -94,7 +94,7 @@ TEST_F(FilterFiles, Images_follow_each_other_on_one_handle) {
 }
 
 TEST_F(FilterFiles, Bloom_Open_of_a_missing_file_for_reading_gives_minus_1) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   EXPECT_EQ(open(folder, L"missing.flt", false), -1);
 }
 
@@ -106,7 +106,7 @@ TEST_F(FilterFiles, Bloom_Close_of_no_handle_is_True) {
 }
 
 TEST_F(FilterFiles, Bloom_Write_and_Bloom_Read_move_bytes_within_the_buffer) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   LONG handle = open(folder, L"raw.bin", true);
   String buffer(std::wstring_view(L"ab\0\x00FFz", 5));
   LONG size = 4;
@@ -114,7 +114,7 @@ TEST_F(FilterFiles, Bloom_Write_and_Bloom_Read_move_bytes_within_the_buffer) {
   EXPECT_EQ(global->Bloom_Write(&handle, &buffer, &size, &done), S_OK);
   EXPECT_EQ(done, 4);
   close(handle);
-  EXPECT_EQ(bytes_of_file(folder.file(L"raw.bin")), std::string("ab\0\xFF", 4));
+  EXPECT_EQ(folder.read(L"raw.bin"), std::string("ab\0\xFF", 4));
   handle = open(folder, L"raw.bin", false);
   String target(L"......");
   size = 100;
@@ -128,8 +128,8 @@ TEST_F(FilterFiles, Bloom_Write_and_Bloom_Read_move_bytes_within_the_buffer) {
 }
 
 TEST_F(FilterFiles, The_older_layout_is_a_number_and_raw_bytes) {
-  const TemporaryFolder folder;
-  write_file(folder.file(L"old.flt"), std::string("\x0A\0\0\0\x05\x02", 6));
+  const TempFolder folder;
+  folder.write(L"old.flt", std::string_view("\x0A\0\0\0\x05\x02", 6));
   LONG handle = open(folder, L"old.flt", false);
   auto filter = with(1, {});
   SHORT result = 99;
@@ -141,8 +141,8 @@ TEST_F(FilterFiles, The_older_layout_is_a_number_and_raw_bytes) {
 }
 
 TEST_F(FilterFiles, An_older_image_that_promises_more_than_the_file_holds_fails) {
-  const TemporaryFolder folder;
-  write_file(folder.file(L"old.flt"), std::string("\xFF\xFF\xFF\x7F\x05", 5));
+  const TempFolder folder;
+  folder.write(L"old.flt", std::string_view("\xFF\xFF\xFF\x7F\x05", 5));
   LONG handle = open(folder, L"old.flt", false);
   auto filter = with(4, {2});
   SHORT result = 99;
@@ -153,14 +153,14 @@ TEST_F(FilterFiles, An_older_image_that_promises_more_than_the_file_holds_fails)
 }
 
 TEST_F(FilterFiles, Every_cut_image_fails_and_leaves_the_filter) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   auto filter = with(40, {1, 33});
   LONG handle = open(folder, L"whole.flt", true);
   ASSERT_EQ(save(filter, handle), 0);
   close(handle);
-  const std::string image = bytes_of_file(folder.file(L"whole.flt"));
+  const std::string image = folder.read(L"whole.flt");
   for (std::size_t length = 0; length < image.size(); ++length) {
-    write_file(folder.file(L"cut.flt"), image.substr(0, length));
+    folder.write(L"cut.flt", std::string_view(image).substr(0, length));
     handle = open(folder, L"cut.flt", false);
     auto target = with(5, {4});
     EXPECT_EQ(load(target, handle), -1);
@@ -170,7 +170,7 @@ TEST_F(FilterFiles, Every_cut_image_fails_and_leaves_the_filter) {
 }
 
 TEST_F(FilterFiles, A_pair_is_saved_and_loaded) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   auto first = with(10, {1});
   auto second = with(20, {19});
   String name(folder.file(L"pair.flt"));
@@ -186,18 +186,18 @@ TEST_F(FilterFiles, A_pair_is_saved_and_loaded) {
 }
 
 TEST_F(FilterFiles, The_same_filter_twice_is_written_twice) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   auto filter = with(10, {1});
   String name(folder.file(L"pair.flt"));
   VARIANT_BOOL failed = VARIANT_TRUE;
   EXPECT_EQ(global->BloomSaveExt(&name, filter.variable(), filter.variable(), &failed), S_OK);
   EXPECT_EQ(failed, VARIANT_FALSE);
-  const std::string bytes = bytes_of_file(folder.file(L"pair.flt"));
+  const std::string bytes = folder.read(L"pair.flt");
   EXPECT_EQ(bytes.substr(0, bytes.size() / 2), bytes.substr(bytes.size() / 2));
 }
 
 TEST_F(FilterFiles, A_pair_file_with_one_image_fails_with_20001_and_changes_neither) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   auto filter = with(10, {1});
   LONG handle = open(folder, L"one.flt", true);
   ASSERT_EQ(save(filter, handle), 0);
@@ -217,7 +217,7 @@ TEST_F(FilterFiles, A_pair_file_with_one_image_fails_with_20001_and_changes_neit
 }
 
 TEST_F(FilterFiles, BloomLoadExt_of_a_missing_file_records_minus_1) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   auto one = with(3, {0});
   String name(folder.file(L"missing.flt"));
   VARIANT_BOOL failed = VARIANT_FALSE;
@@ -227,7 +227,7 @@ TEST_F(FilterFiles, BloomLoadExt_of_a_missing_file_records_minus_1) {
 }
 
 TEST_F(FilterFiles, A_failed_save_of_a_pair_only_grows_the_chain) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   auto one = with(3, {0});
   auto none = create<_QvtBloomFilter>(CLSID_QvtBloomFilter);
   const std::wstring path = folder.file(L"half.flt");
@@ -235,7 +235,7 @@ TEST_F(FilterFiles, A_failed_save_of_a_pair_only_grows_the_chain) {
   VARIANT_BOOL failed = VARIANT_FALSE;
   EXPECT_EQ(global->BloomSaveExt(&name, one.variable(), none.variable(), &failed), S_OK);
   EXPECT_EQ(failed, VARIANT_TRUE);
-  EXPECT_FALSE(bytes_of_file(path).empty());
+  EXPECT_TRUE(folder.exists(L"half.flt"));
   expect_record(0, L" < QvRtLibOle.KwRtLibMod.BloomSaveExt, 0 (" + path + L")");
 }
 
