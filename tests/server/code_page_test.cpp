@@ -36,7 +36,7 @@ class CodePage : public testing::Test {
 
 TEST_F(CodePage, the_process_has_the_code_page_of_its_locale) {
   const std::pair<const wchar_t*, UINT> rows[] = {
-      {L"C", 1252}, {L"ru_RU.UTF-8", 1251}, {L"ja_JP.UTF-8", 932}};
+      {L"C.UTF-8", 1252}, {L"ru_RU.UTF-8", 1251}, {L"ja_JP.UTF-8", 932}};
   std::array<wchar_t, 64> locale{};
   GetEnvironmentVariableW(L"LC_ALL", locale.data(), static_cast<DWORD>(locale.size()));
   const auto* row = std::ranges::find(rows, std::wstring(locale.data()),
