@@ -58,18 +58,27 @@ bool to_file_time(const Variant& dt, FILETIME& time) {
          succeeded(LocalFileTimeToFileTime(&local, &time));
 }
 
-// Into a variable as SysTime_2_Date does: what the date builder refuses leaves it alone.
-bool assign_file_time(Variant& variable, const FILETIME& time) {
+// Local time; nothing where a service refuses.
+std::optional<SYSTEMTIME> local_fields(const FILETIME& time) {
   FILETIME local;
   SYSTEMTIME fields;
   if (!succeeded(FileTimeToLocalFileTime(&time, &local)) ||
       !succeeded(FileTimeToSystemTime(&local, &fields))) {
-    return false;
+    return std::nullopt;
   }
+  return fields;
+}
+
+// The start of the count is what an unset file time holds. It means no date.
+bool is_unset(const FILETIME& time) { return time.dwLowDateTime == 0 && time.dwHighDateTime == 0; }
+
+// Into a variable as SysTime_2_Date does: what the date builder refuses leaves it alone.
+bool assign_file_time(Variant& variable, const FILETIME& time) {
+  const auto fields = local_fields(time);
+  if (!fields) return false;
   handled(L"KwRtLibMod.SysTime_2_Date", kTakeError, True, [&] {
-    // The start of the count is what an unset file time holds. It means no date.
-    if (time.dwLowDateTime == 0 && time.dwHighDateTime == 0) raise(kInvalidProcedureCall);
-    variable.assign(date_of(fields));
+    if (is_unset(time)) raise(kInvalidProcedureCall);
+    variable.assign(date_of(*fields));
     return False;
   });
   return true;
@@ -165,6 +174,17 @@ Integer refused(const wchar_t* source) {
 }
 
 }  // namespace
+
+std::optional<Date> local_date(const FILETIME& time) {
+  const auto fields = local_fields(time);
+  if (!fields) return std::nullopt;
+  if (is_unset(time)) return Date{};
+  try {
+    return date_of(*fields);
+  } catch (const RunTimeError&) {
+    return Date{};
+  }
+}
 
 Variant Date_2_SysTime(const Variant& dt, const Object<_QvtSystemTime>& sTime) {
   handled(L"KwRtLibMod.Date_2_SysTime", kTakeError, True, [&] {

@@ -2,10 +2,16 @@
 // UTC; the clock; the dates of files.
 #pragma once
 
+#include <optional>
+
 #include "automation/variant.h"
 #include "datetime/time_records.h"
 
 namespace qv::datetime {
+
+// For the library's own lists of files: the local date of a file time, the Date 0 for one that is
+// unset or beyond all dates, nothing where a system service refuses. Records nothing.
+std::optional<Date> local_date(const FILETIME& time);
 
 // Both give Empty whether or not they fail; a failure is told by the error state alone, and what
 // was to be filled stays as it was.

@@ -22,8 +22,8 @@ Integer Path_Create(const Text& PathName);
 Integer File_Verify(const Text& FileName);
 Integer Path_Verify(const Text& PathName);
 
-// True (-1) = failure; the error state tells of a file that does not open. DestFile stays open in the
-// process.
+// True (-1) = failure; the error state tells of a file that does not open. DestFile stays open in
+// the process.
 Integer File_Expand(const Text& SrcFile, const Text& DestFile);
 
 }  // namespace qv::files
