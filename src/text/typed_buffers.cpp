@@ -7,6 +7,7 @@
 #include "automation/bytes.h"
 #include "frame/error_state.h"
 #include "native/bags/typed_value.h"
+#include "text/text_source.h"
 
 namespace qv::text {
 namespace {
@@ -133,19 +134,6 @@ bool append(Text& buffer, const Variant& value) {
   if (!has_form) raise(kTypeMismatch);
   return append_array(buffer, value.array(), static_cast<std::uint8_t>(element));
 }
-
-// The bytes behind a text's characters.
-class TextSource {
- public:
-  explicit TextSource(std::wstring_view text) : text_(text) {}
-  std::size_t size() const { return text_.size(); }
-  void copy(std::size_t at, std::span<std::uint8_t> out) const {
-    get_bytes(text_.substr(at, out.size()), out.data());
-  }
-
- private:
-  std::wstring_view text_;
-};
 
 template <class Value>
 Value value_at(const TextSource& source, std::size_t at) {
