@@ -21,11 +21,14 @@ enum Member : DISPID {
   kSame,
   kVarType,
   kMissing,
+  kPressButton,
+  kBoxTitle,
+  kBoxText,
 };
-constexpr const wchar_t* kNames[] = {L"Echo",  L"Connect", L"Disconnect", L"ChrW",
-                                     L"AscW",  L"Sleep",   L"Bytes",      L"Longs",
-                                     L"Strings", L"Empty_Array", L"Same", L"VarType",
-                                     L"Missing"};
+constexpr const wchar_t* kNames[] = {L"Echo",    L"Connect",      L"Disconnect", L"ChrW",
+                                     L"AscW",    L"Sleep",        L"Bytes",      L"Longs",
+                                     L"Strings", L"Empty_Array",  L"Same",       L"VarType",
+                                     L"Missing", L"Press_Button", L"Box_Title",  L"Box_Text"};
 
 std::wstring text_of(const VARIANT& value) {
   VARIANT text;
@@ -184,6 +187,17 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
       answer.vt = VT_ERROR;
       answer.scode = DISP_E_PARAMNOTFOUND;
       break;
+    case kPressButton:
+      presser_ = std::make_unique<BoxPresser>(static_cast<int>(long_of(argument(0))));
+      break;
+    case kBoxTitle:
+    case kBoxText: {
+      presser_->finish();
+      const std::wstring& text = id == kBoxTitle ? presser_->title() : presser_->text();
+      answer.vt = VT_BSTR;
+      answer.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+      break;
+    }
     default:
       return DISP_E_MEMBERNOTFOUND;
   }

@@ -8,15 +8,19 @@
 //   Host.Same(a, b)           are two texts equal, character by character, character 0 included?
 //   Host.VarType(v)           the type number, also for types that VBScript refuses
 //   Host.Missing              what a left-out argument is
+//   Host.Press_Button n       presses button n (1 OK, 2 Cancel, ...) of the next message box
+//   Host.Box_Title, Host.Box_Text   what that box showed
 #pragma once
 
 #include <windows.h>
 // activscp.h needs windows.h before it.
 #include <activscp.h>
 
+#include <memory>
 #include <vector>
 
 #include "host/event_sink.h"
+#include "server/box_presser.h"
 
 namespace qv::tests {
 
@@ -41,6 +45,7 @@ class HostObject final : public IDispatch {
  private:
   IActiveScript* script_ = nullptr;
   std::vector<EventSink*> sinks_;
+  std::unique_ptr<BoxPresser> presser_;
 };
 
 }  // namespace qv::tests

@@ -15,11 +15,11 @@ class BoxPresser {
   explicit BoxPresser(int button) : button_(button), thread_([this] { press(); }) {}
   BoxPresser(const BoxPresser&) = delete;
   BoxPresser& operator=(const BoxPresser&) = delete;
-  ~BoxPresser() {
+  ~BoxPresser() { finish(); }
+  // To be called after the box is gone, before anything is asked.
+  void finish() {
     if (thread_.joinable()) thread_.join();
   }
-  // To be called after the box is gone, before anything is asked.
-  void finish() { thread_.join(); }
 
   bool has_pressed() const { return box_ != nullptr; }
   const std::wstring& title() const { return title_; }
