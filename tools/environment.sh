@@ -60,7 +60,7 @@ run_wine() {
   shift
   local settings=(WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES=mscoree,mshtml=
     LC_ALL="${QVRT_LOCALE:-C.UTF-8}" TZ="${QVRT_ZONE:-UTC0}" HOME=/tmp OANOCACHE="${OANOCACHE:-}")
-  [ -n "$OANOCACHE" ] || unset 'settings[5]'
+  [ -n "${OANOCACHE:-}" ] || unset 'settings[5]'
   if [ "$bits" = x64 ]; then
     (cd "$repository" &&
       env "${settings[@]}" WINEPREFIX="$build/wine-x64" ${DISPLAY:+DISPLAY="$DISPLAY"} wine "$@")
@@ -89,12 +89,14 @@ prepare_prefix() {
 # Several builds of the same sources, in whatever folder, share their objects.
 export CCACHE_BASEDIR=$repository CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=time_macros
 
+# build_preset PRESET [TARGET...]: all targets where none is named.
 build_preset() {
   local preset=$1
+  shift
   say "building $preset"
   [ -e "$build/$preset/build.ninja" ] ||
     (cd "$repository" && cmake --preset "$preset" > "$build/cmake-$preset.log" 2>&1) ||
     { tail -20 "$build/cmake-$preset.log"; die "configuring $preset failed"; }
-  cmake --build "$build/$preset" > "$build/build-$preset.log" 2>&1 ||
+  cmake --build "$build/$preset" ${*:+--target "$@"} > "$build/build-$preset.log" 2>&1 ||
     { grep -E 'error:|undefined|FAILED' -A3 "$build/build-$preset.log" | head -60; die "building $preset failed"; }
 }
