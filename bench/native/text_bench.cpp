@@ -15,6 +15,7 @@
 #include "native/rtlib/code_page.h"
 #include "native/rtlib/crc16.h"
 #include "native/rtlib/hex.h"
+#include "native/rtlib/text_search.h"
 
 namespace {
 
@@ -169,6 +170,37 @@ void run_crc(SimdLevel level) {
   }
 }
 
+// The last token of a text, by the C++ library's own search.
+std::size_t token_by_walking(std::u16string_view text, std::u16string_view separator) {
+  std::size_t start = 0;
+  for (std::size_t end = 0; (end = text.find(separator, start)) != std::u16string_view::npos;) {
+    start = end + separator.size();
+  }
+  return start;
+}
+
+void run_search(SimdLevel level) {
+  for (const std::size_t token_length : {std::size_t{10}, std::size_t{100}}) {
+    const std::size_t count = (std::size_t{1} << 20) / (token_length + 1);
+    std::u16string text;
+    for (std::size_t i = 0; i < count; ++i) text += std::u16string(token_length, u'a') + u";";
+    for (const std::u16string_view separator : {u";", u"a;"}) {
+      const std::string name = "token " + std::to_string(count) + " of 2 MiB, separator of " +
+                               std::to_string(separator.size()) + " / walking with find";
+      report(
+          name.c_str(), 2 * text.size(),
+          [&] {
+            const auto token = rtlib::find_token(text, separator, count, level);
+            consume(&token);
+          },
+          [&] {
+            const std::size_t start = token_by_walking(text, separator);
+            consume(&start);
+          });
+    }
+  }
+}
+
 void run_all(SimdLevel level) {
   const CodePageBench code_page;
   code_page.run("ASCII", random_bytes(128), level);
@@ -176,6 +208,7 @@ void run_all(SimdLevel level) {
   code_page.run("random bytes", random_bytes(256), level);
   run_hex(level);
   run_crc(level);
+  run_search(level);
 }
 
 }  // namespace

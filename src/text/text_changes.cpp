@@ -9,16 +9,11 @@
 namespace qv::text {
 namespace {
 
-using native::rtlib::find_text;
-
 // Calls `use` with the place of each occurrence. It may write there, but not behind it.
 template <class Use>
 void for_each_occurrence(const Text& text, const Text& wanted, Use use) {
-  std::size_t from = 0;
-  while (const auto at = find_text(code_units(text), code_units(wanted), from)) {
-    use(*at);
-    from = *at + wanted.size();
-  }
+  native::rtlib::Occurrences occurrences(code_units(text), code_units(wanted));
+  while (const auto at = occurrences.next()) use(*at);
 }
 
 Text replaced(const Text& text, const Text& wanted, const Text& replacement, std::size_t count) {

@@ -8,27 +8,29 @@
 namespace qv::text {
 namespace {
 
-using native::rtlib::find_text;
-using native::rtlib::find_token;
+using native::rtlib::Occurrences;
 
 // Replacing the first mark again and again, each time from the beginning, comes to one pass: the
 // texts hold no mark, and a text that another follows does not end in a part of one.
 Text filled_template(const Text& form, std::u16string_view mark, const Text& inserts) {
+  const auto rest = code_units(form);
+  const auto texts = code_units(inserts);
+  Occurrences places(rest, mark);
+  Occurrences ends(texts, mark);
   std::u16string filled;
   filled.reserve(form.size() + inserts.size());
-  auto rest = code_units(form);
-  auto texts = code_units(inserts);
-  for (;;) {
-    const auto end = find_text(texts, mark);
-    const auto text = texts.substr(0, end.value_or(texts.size()));
-    const auto place = find_text(rest, mark);
-    if (text.empty() || !place) break;
-    filled += rest.substr(0, *place);
-    filled += text;
-    rest.remove_prefix(*place + mark.size());
-    texts.remove_prefix(end ? *end + mark.size() : texts.size());
+  std::size_t copied = 0;
+  std::size_t start = 0;
+  while (start < texts.size()) {
+    const std::size_t end = ends.next().value_or(texts.size());
+    const auto place = places.next();
+    if (end == start || !place) break;
+    filled += rest.substr(copied, *place - copied);
+    filled += texts.substr(start, end - start);
+    copied = *place + mark.size();
+    start = end + mark.size();
   }
-  filled += rest;
+  filled += rest.substr(copied);
   return Text(wide_characters(filled));
 }
 
@@ -36,8 +38,8 @@ Text filled_template(const Text& form, std::u16string_view mark, const Text& ins
 
 Text Get_Token(const Text& sSource, const Text& SepChars, Long TokenNo) {
   if (TokenNo < 1) return {};
-  const auto token =
-      find_token(code_units(sSource), code_units(SepChars), static_cast<std::size_t>(TokenNo - 1));
+  const auto token = native::rtlib::find_token(code_units(sSource), code_units(SepChars),
+                                               static_cast<std::size_t>(TokenNo - 1));
   return token ? Text(wide_characters(*token)) : Text();
 }
 

@@ -2,8 +2,8 @@
 
 #include <immintrin.h>
 
+#include <algorithm>
 #include <bit>
-#include <cstdint>
 
 namespace qv::native::rtlib {
 namespace {
@@ -23,34 +23,6 @@ __attribute__((target("avx2"), always_inline)) inline std::uint32_t equal_in_blo
 
 __attribute__((target("avx2"), always_inline)) inline __m256i repeated(char16_t character) {
   return _mm256_set1_epi16(static_cast<short>(character));
-}
-
-bool stands_at(std::u16string_view text, std::size_t at, std::u16string_view wanted) {
-  return text.compare(at, wanted.size(), wanted) == 0;
-}
-
-struct Search {
-  std::optional<std::size_t> found;
-  std::size_t next;  // where the rest begins, for the portable loop
-};
-
-// Compares in full only where the first and the last character match.
-__attribute__((target("avx2"))) Search find_in_blocks(std::u16string_view text,
-                                                      std::u16string_view wanted,
-                                                      std::size_t from) {
-  const __m256i first = repeated(wanted.front());
-  const __m256i last = repeated(wanted.back());
-  const std::size_t last_at = wanted.size() - 1;
-  for (; text.size() - from >= kBlock + last_at; from += kBlock) {
-    std::uint32_t candidates = equal_in_block(text.data() + from, first);
-    if (candidates == 0) continue;
-    candidates &= equal_in_block(text.data() + from + last_at, last);
-    for (; candidates != 0; candidates &= candidates - 1) {
-      const std::size_t at = from + static_cast<std::size_t>(std::countr_zero(candidates));
-      if (stands_at(text, at, wanted)) return {at, at};
-    }
-  }
-  return {std::nullopt, from};
 }
 
 struct Count {
@@ -73,16 +45,43 @@ __attribute__((target("avx2,popcnt"))) Count count_in_blocks(std::u16string_view
 
 }  // namespace
 
-std::optional<std::size_t> find_text(std::u16string_view text, std::u16string_view wanted,
-                                     std::size_t from, SimdLevel level) {
-  if (wanted.empty() || from > text.size()) return std::nullopt;
-  if (level != SimdLevel::kPortable) {
-    const Search search = find_in_blocks(text, wanted, from);
-    if (search.found) return search.found;
-    from = search.next;
+// Moves on to the next block that has candidates; false when only what is less than a block is
+// left.
+__attribute__((target("avx2"))) bool Occurrences::find_candidates() {
+  const __m256i first = repeated(wanted_.front());
+  const __m256i last = repeated(wanted_.back());
+  const std::size_t last_at = wanted_.size() - 1;
+  while (text_.size() - next_block_ >= kBlock + last_at) {
+    block_ = next_block_;
+    next_block_ += kBlock;
+    candidates_ = equal_in_block(text_.data() + block_, first);
+    if (candidates_ == 0) continue;
+    candidates_ &= equal_in_block(text_.data() + block_ + last_at, last);
+    if (candidates_ != 0) return true;
   }
-  const std::size_t at = text.find(wanted, from);
+  return false;
+}
+
+bool Occurrences::stands_at(std::size_t at) const {
+  return at >= from_ && (wanted_.size() <= 2 || text_.compare(at, wanted_.size(), wanted_) == 0);
+}
+
+std::optional<std::size_t> Occurrences::next() {
+  if (wanted_.empty()) return std::nullopt;
+  if (level_ != SimdLevel::kPortable) {
+    do {
+      for (; candidates_ != 0; candidates_ &= candidates_ - 1) {
+        const std::size_t at = block_ + static_cast<std::size_t>(std::countr_zero(candidates_));
+        if (!stands_at(at)) continue;
+        candidates_ &= candidates_ - 1;
+        from_ = at + wanted_.size();
+        return at;
+      }
+    } while (find_candidates());
+  }
+  const std::size_t at = text_.find(wanted_, std::max(from_, next_block_));
   if (at == std::u16string_view::npos) return std::nullopt;
+  from_ = at + wanted_.size();
   return at;
 }
 
@@ -107,11 +106,13 @@ std::optional<std::u16string_view> find_token(std::u16string_view text,
     text.remove_prefix(*before + 1);
     number = 0;
   }
+  Occurrences ends(text, separator, level);
+  std::size_t start = 0;
   for (;;) {
-    const auto end = find_text(text, separator, 0, level);
-    if (number == 0) return text.substr(0, end.value_or(text.size()));
+    const auto end = ends.next();
+    if (number == 0) return text.substr(start, end.value_or(text.size()) - start);
     if (!end) return std::nullopt;
-    text.remove_prefix(*end + separator.size());
+    start = *end + separator.size();
     --number;
   }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -8,10 +9,31 @@
 
 namespace qv::native::rtlib {
 
-// Position (from 0) of the first occurrence at `from` or behind it, exactly compared; none when
-// there is no further one. An empty text to look for is nowhere.
-std::optional<std::size_t> find_text(std::u16string_view text, std::u16string_view wanted,
-                                     std::size_t from = 0, SimdLevel level = simd_level());
+// The occurrences of one text in another, from the left, without overlap, exactly compared. The
+// text looked through must live as long, and may be changed up to the end of the last occurrence
+// that was given. An empty text to look for is nowhere.
+class Occurrences {
+ public:
+  Occurrences(std::u16string_view text, std::u16string_view wanted, SimdLevel level = simd_level())
+      : text_(text), wanted_(wanted), level_(level) {}
+
+  // Position (from 0) of the next one; none when there is no further one.
+  std::optional<std::size_t> next();
+
+ private:
+  bool find_candidates();
+  bool stands_at(std::size_t at) const;
+
+  std::u16string_view text_;
+  std::u16string_view wanted_;
+  SimdLevel level_;
+  std::size_t from_ = 0;  // behind the last occurrence
+  // The vector form looks at blocks, and keeps of the last one where the first and the last
+  // character match.
+  std::size_t block_ = 0;
+  std::size_t next_block_ = 0;
+  std::uint32_t candidates_ = 0;
+};
 
 // Position of occurrence number `number` (from 0) of the character; none when there are fewer. The
 // cost depends on the position alone and not on how many occurrences lie before it.
