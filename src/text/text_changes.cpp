@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -32,6 +33,15 @@ Text replaced(const Text& text, const Text& wanted, const Text& replacement, std
   return result;
 }
 
+// Keeps the first characters in the block where they lie: a loop over a long text that drops one
+// character at a time must not copy the text each time.
+void shorten(Text& text, std::size_t new_length) noexcept {
+  // The length in bytes, in the 4 bytes before the characters, is the public part of a BSTR's head.
+  const auto bytes = static_cast<UINT32>(new_length * sizeof(wchar_t));
+  std::memcpy(reinterpret_cast<unsigned char*>(text.data()) - sizeof bytes, &bytes, sizeof bytes);
+  text[new_length] = L'\0';
+}
+
 }  // namespace
 
 void Replace_Str(Text& sstr, const Text& MStr, const Text& rStr) {
@@ -48,11 +58,12 @@ void Replace_Str(Text& sstr, const Text& MStr, const Text& rStr) {
 }
 
 void Trunc_Last(Text& sstr) {
-  if (!sstr.empty()) sstr.cut(sstr.size() - 1);
+  if (!sstr.empty()) shorten(sstr, sstr.size() - 1);
 }
 
 void Trunc_IfLast(Text& sstr, const Text& sLast) {
-  if (sstr.view().ends_with(sLast.view())) sstr.cut(sstr.size() - sLast.size());
+  if (sLast.empty() || !sstr.view().ends_with(sLast.view())) return;
+  shorten(sstr, sstr.size() - sLast.size());
 }
 
 Text Label_Filter(const Text& Caption) {

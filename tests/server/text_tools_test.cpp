@@ -435,6 +435,16 @@ TEST_F(TextTools, Trunc_Last_removes_the_last_character) {
   EXPECT_EQ(text.view(), L"");
 }
 
+TEST_F(TextTools, Trunc_Last_and_Trunc_IfLast_work_in_place) {
+  String text(std::wstring(100000, L'a')), tail(L"aa");
+  const BSTR before = text;
+  ASSERT_EQ(global_->Trunc_Last(&text), S_OK);
+  ASSERT_EQ(global_->Trunc_IfLast(&text, &tail), S_OK);
+  EXPECT_EQ(static_cast<BSTR>(text), before);
+  EXPECT_EQ(text.length(), 99997U);
+  EXPECT_EQ(before[99997], L'\0') << "and it stays terminated";
+}
+
 TEST_F(TextTools, Trunc_IfLast_removes_a_tail_that_stands_there) {
   const auto truncated = [&](std::wstring_view text, std::wstring_view tail) {
     String variable(text), tail_text(tail);
