@@ -80,6 +80,8 @@ prepare_prefix() {
     run_wine "$bits" wineboot -i > "$build/wineboot-$bits.log" 2>&1 ||
       { tail -5 "$build/wineboot-$bits.log"; die "wineboot failed"; }
     run_wine "$bits" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null 2>&1
+    # What runs in the prefix already has looked for a display.
+    run_wine "$bits" wineboot -k > /dev/null 2>&1
     touch "$build/wine-$bits/.complete"
   fi
   run_wine "$bits" regsvr32 /s "build\\$bits\\QvRtLibOle.dll" ||
