@@ -104,7 +104,7 @@ def run_script(totals, title, command, environment=None):
 
 def run_native(totals, pattern):
     prepare("build_preset native")
-    run_googletest(totals, "native", f"build/native/tests/native/native_tests --gtest_filter='{pattern}'")
+    run_googletest(totals, "native", f"cd build/native && tests/native/native_tests --gtest_filter='{pattern}'")
     for script in sorted((REPOSITORY / "tests/peers").glob("*.sh")):
         run_script(totals, f"peers/{script.name}", f"bash {script} 2>&1")
 
@@ -112,7 +112,7 @@ def run_native(totals, pattern):
 def run_asan(totals, pattern):
     prepare("build_preset native-asan")
     folder = BUILD / "native-asan/tests"
-    run_googletest(totals, "asan", f"{folder}/native/native_tests --gtest_filter='{pattern}'", 1800)
+    run_googletest(totals, "asan", f"cd {BUILD}/native-asan && tests/native/native_tests --gtest_filter='{pattern}'", 1800)
     for fuzzer in sorted((folder / "fuzz").glob("*_fuzz")):
         corpus = REPOSITORY / "tests/fuzz/corpus" / fuzzer.name.removesuffix("_fuzz")
         work = BUILD / "fuzz" / fuzzer.name
