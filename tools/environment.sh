@@ -53,9 +53,9 @@ prepare_root32() {
   mountpoint -q "$root32$inside32" || mount --bind "$repository" "$root32$inside32"
 }
 
-# run_wine x64|x86 PROGRAM ARGUMENT...: Wine of that bitness in its own prefix below the build tree.
-# The working folder of the program is the repository; paths may be given relative to it.
-run_wine() {
+# in_prefix x64|x86 COMMAND ARGUMENT...: a program of that Wine, with its own prefix below the build
+# tree. The working folder is the repository; paths may be given relative to it.
+in_prefix() {
   local bits=$1
   shift
   local settings=(WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES=mscoree,mshtml=
@@ -63,11 +63,18 @@ run_wine() {
   [ -n "${OANOCACHE:-}" ] || unset 'settings[5]'
   if [ "$bits" = x64 ]; then
     (cd "$repository" &&
-      env "${settings[@]}" WINEPREFIX="$build/wine-x64" ${DISPLAY:+DISPLAY="$DISPLAY"} wine "$@")
+      env "${settings[@]}" WINEPREFIX="$build/wine-x64" ${DISPLAY:+DISPLAY="$DISPLAY"} "$@")
   else
     chroot "$root32" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin "${settings[@]}" WINEARCH=win32 \
-      WINEPREFIX="$inside32/build/wine-x86" sh -c "cd $inside32 && exec wine \"\$@\"" wine "$@"
+      WINEPREFIX="$inside32/build/wine-x86" sh -c "cd $inside32 && exec \"\$@\"" sh "$@"
   fi
+}
+
+# run_wine x64|x86 PROGRAM ARGUMENT...
+run_wine() {
+  local bits=$1
+  shift
+  in_prefix "$bits" wine "$@"
 }
 
 # A throw-away prefix with no display (windows and messages work without one), the server in it.
@@ -80,8 +87,10 @@ prepare_prefix() {
     run_wine "$bits" wineboot -i > "$build/wineboot-$bits.log" 2>&1 ||
       { tail -5 "$build/wineboot-$bits.log"; die "wineboot failed"; }
     run_wine "$bits" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null 2>&1
-    # What runs in the prefix already has looked for a display.
-    run_wine "$bits" wineboot -k > /dev/null 2>&1
+    # The desktop that stands already has looked for a display, and outlives its processes: only a
+    # new server makes another.
+    in_prefix "$bits" wineserver -k || true
+    in_prefix "$bits" wineserver -w
     touch "$build/wine-$bits/.complete"
   fi
   run_wine "$bits" regsvr32 /s "build\\$bits\\QvRtLibOle.dll" ||
