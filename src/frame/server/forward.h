@@ -99,6 +99,17 @@ class ForwardingObject : public ClassObject<Interface> {
 
   void* implementation() noexcept override { return &implementation_; }
 
+  // An implementation may have interfaces beyond those that every object has.
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+    const HRESULT status = ClassObject<Interface>::QueryInterface(id, object);
+    if constexpr (requires(IUnknown& self) { implementation_.further_interface(self, id, object); }) {
+      if (status == E_NOINTERFACE) {
+        return implementation_.further_interface(static_cast<Interface&>(*this), id, object);
+      }
+    }
+    return status;
+  }
+
  protected:
   template <class Body>
   HRESULT forward(Body&& body) noexcept {
