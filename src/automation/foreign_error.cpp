@@ -1,0 +1,28 @@
+#include "automation/foreign_error.h"
+
+#include "automation/object.h"
+
+namespace qv {
+
+void check_foreign(HRESULT result) {
+  if (SUCCEEDED(result)) return;
+  RunTimeError error{.number = to_error_number(result)};
+  Object<IErrorInfo> info;
+  if (GetErrorInfo(0, info.receive()) == S_OK) {
+    BSTR source = nullptr;
+    BSTR description = nullptr;
+    BSTR help_file = nullptr;
+    DWORD help_context = 0;
+    info->GetSource(&source);
+    info->GetDescription(&description);
+    info->GetHelpFile(&help_file);
+    info->GetHelpContext(&help_context);
+    error.source = Text::adopt(source);
+    error.description = Text::adopt(description);
+    error.help_file = Text::adopt(help_file);
+    error.help_context = static_cast<Long>(help_context);
+  }
+  raise(std::move(error));
+}
+
+}  // namespace qv

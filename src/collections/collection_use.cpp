@@ -1,0 +1,89 @@
+// Collections as the library's own code uses them.
+#include "automation/class_object.h"
+#include "automation/foreign_error.h"
+#include "class_tables.h"
+#include "collections/keyed_collection.h"
+
+namespace qv::collections {
+namespace {
+
+kwCollection* own_collection(const Object<_kwCollection>& collection) noexcept {
+  return own<kwCollection>(collection, kkwCollectionInfo);
+}
+
+void add_item(const Object<_kwCollection>& collection, const Variant& item, const Variant& key) {
+  const Variant none = Variant::missing();
+  if (kwCollection* own = own_collection(collection)) return own->Add(item, key, none, none);
+  Variant before = none;
+  Variant after = none;
+  check_foreign(collection->Add(item.raw(), key.raw(), before.raw(), after.raw()));
+}
+
+}  // namespace
+
+Object<_kwCollection> make_collection() {
+  const Object<IUnknown> created(create_kwCollection());
+  return Object<_kwCollection>::from(created.get());
+}
+
+void add(const Object<_kwCollection>& collection, const Variant& item) {
+  add_item(collection, item, Variant::missing());
+}
+
+void add(const Object<_kwCollection>& collection, const Variant& item, const Text& key) {
+  add_item(collection, item, key);
+}
+
+Long count(const Object<_kwCollection>& collection) {
+  if (const kwCollection* own = own_collection(collection)) return own->Count();
+  Long result = 0;
+  LONG counted = 0;
+  check_foreign(collection->Count(&counted));
+  result = counted;
+  return result;
+}
+
+Variant item(const Object<_kwCollection>& collection, const Variant& index) {
+  if (const kwCollection* own = own_collection(collection)) return own->get_Item(index);
+  Variant result;
+  check_foreign(collection->get_Item(index.raw(), result.raw()));
+  return result;
+}
+
+Text key(const Object<_kwCollection>& collection, const Variant& index) {
+  if (const kwCollection* own = own_collection(collection)) return own->get_Key(index);
+  BSTR result = nullptr;
+  check_foreign(collection->get_Key(index.raw(), &result));
+  return Text::adopt(result);
+}
+
+std::optional<Variant> find(const Object<_kwCollection>& collection, const Variant& index) {
+  Variant result;
+  if (const kwCollection* own = own_collection(collection)) {
+    if (own->ItemAssign(index, result)) return std::nullopt;
+    return result;
+  }
+  VARIANT_BOOL missing = VARIANT_FALSE;
+  check_foreign(collection->ItemAssign(index.raw(), result.raw(), &missing));
+  if (missing != VARIANT_FALSE) return std::nullopt;
+  return result;
+}
+
+bool exists(const Object<_kwCollection>& collection, const Variant& index) {
+  if (const kwCollection* own = own_collection(collection)) return own->ItemExist(index);
+  VARIANT_BOOL there = VARIANT_FALSE;
+  check_foreign(collection->ItemExist(index.raw(), &there));
+  return there != VARIANT_FALSE;
+}
+
+void remove(const Object<_kwCollection>& collection, const Variant& index) {
+  if (kwCollection* own = own_collection(collection)) return own->Remove(index);
+  check_foreign(collection->Remove(index.raw()));
+}
+
+void clear(const Object<_kwCollection>& collection) {
+  if (kwCollection* own = own_collection(collection)) return own->Clear();
+  check_foreign(collection->Clear());
+}
+
+}  // namespace qv::collections
