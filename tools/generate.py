@@ -3,6 +3,7 @@
 
   generate.py sources IDL SOURCE_FOLDER OUTPUT_FOLDER   C++ files, widl's input, list of members
   generate.py typelib IDL COMPILED_TLB OUTPUT_TLB       what the IDL compiler can't store
+  generate.py manifest IDL VERSION ARCHITECTURE OUTPUT  for use without registration
   generate.py outputs IDL                               names of the C++ sources, a line each
 
 Files are written only when their content changes, so that a build redoes no more than it must.
@@ -15,6 +16,7 @@ import interface_model
 from patch_typelib import patched
 from write_forwarders import Sources, forwarder_sources
 from write_interfaces import constants_header, interfaces_header
+from write_manifest import manifest_text
 from write_tables import catalogue_source, tables_header, tables_source
 from write_widl import widl_text
 
@@ -59,6 +61,9 @@ def main(arguments):
     elif command == "typelib":
         compiled, output = map(Path, rest)
         output.write_bytes(patched(compiled.read_bytes(), library))
+    elif command == "manifest":
+        version, architecture, output = rest
+        write_if_changed(Path(output), manifest_text(library, version, architecture))
     elif command == "outputs":
         print("\n".join(sorted(n for n in all_files(library, "") if n.endswith(".cpp"))))
     else:

@@ -92,9 +92,10 @@ Registration all_entries() {
   return registration;
 }
 
-// Trees of interfaces and the library: the platform leaves the emptied keys of some behind.
-std::vector<std::wstring> type_library_trees() {
-  std::vector<std::wstring> trees{L"TypeLib\\" + guid_text(LIBID_QvRtLibOle)};
+// Trees of the interfaces that the type library describes: the platform leaves the emptied keys of
+// some behind.
+std::vector<std::wstring> interface_trees() {
+  std::vector<std::wstring> trees;
   for (const ClassEntry& entry : class_catalogue()) {
     trees.push_back(L"Interface\\" + guid_text(entry.info->interface_id));
     if (entry.info->events != nullptr) {
@@ -126,6 +127,41 @@ HRESULT open_classes(Scope scope, HKEY* classes) noexcept {
   return status == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
 }
 
+std::vector<std::wstring> children(HKEY parent, const std::wstring& path) {
+  std::vector<std::wstring> names;
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return names;
+  wchar_t name[256];
+  for (DWORD i = 0;; ++i) {
+    DWORD length = std::size(name);
+    if (RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+      break;
+    }
+    names.emplace_back(name, length);
+  }
+  RegCloseKey(key);
+  return names;
+}
+
+// Is a type library of that version still registered, for whatever locale and system?
+bool has_library(HKEY classes, const std::wstring& version) {
+  for (const std::wstring& locale : children(classes, version)) {
+    // Beside the locales, a version's key has FLAGS and HELPDIR, which have no keys below.
+    if (!children(classes, version + L"\\" + locale).empty()) return true;
+  }
+  return false;
+}
+
+// The library of the other bitness is registered below the same key, and stays.
+LONG remove_emptied_library(HKEY classes) {
+  const std::wstring library = L"TypeLib\\" + guid_text(LIBID_QvRtLibOle);
+  const std::wstring version = library + L"\\" + library_version();
+  if (has_library(classes, version)) return ERROR_SUCCESS;
+  const LONG removed = RegDeleteTreeW(classes, version.c_str());
+  if (!children(classes, library).empty()) return removed;
+  return RegDeleteTreeW(classes, library.c_str());
+}
+
 HRESULT unregister_server(Scope scope) {
   HKEY classes = nullptr;
   const HRESULT opened = open_classes(scope, &classes);
@@ -136,14 +172,13 @@ HRESULT unregister_server(Scope scope) {
     UnRegisterTypeLibForUser(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, 0x409, kSystem);
   }
   HRESULT result = S_OK;
-  const auto remove = [&](const std::vector<std::wstring>& trees) {
-    for (const std::wstring& tree : trees) {
-      const LONG status = RegDeleteTreeW(classes, tree.c_str());
-      if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) result = SELFREG_E_CLASS;
-    }
+  const auto note = [&](LONG status) {
+    if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) result = SELFREG_E_CLASS;
   };
-  remove(all_entries().trees);
-  remove(type_library_trees());
+  for (const auto& trees : {all_entries().trees, interface_trees()}) {
+    for (const std::wstring& tree : trees) note(RegDeleteTreeW(classes, tree.c_str()));
+  }
+  note(remove_emptied_library(classes));
   RegCloseKey(classes);
   return result;
 }
