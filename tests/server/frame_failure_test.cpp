@@ -1,7 +1,10 @@
 // Run-time errors on their way to typed and late-bound callers.
+#include "server/client.h"
+
+// Needs the platform's types before it.
 #include <cguid.h>
 
-#include "server/client.h"
+#include <vector>
 
 namespace qv::tests {
 namespace {

@@ -12,20 +12,23 @@
 #include "frame/server/server.h"
 #include "interfaces.h"
 
-// Exported by oleaut32 and missing from the platform's headers here.
-extern "C" HRESULT STDAPICALLTYPE RegisterTypeLibForUser(ITypeLib*, OLECHAR*, OLECHAR*);
-extern "C" HRESULT STDAPICALLTYPE UnRegisterTypeLibForUser(REFGUID, WORD, WORD, LCID, SYSKIND);
-
 namespace qv::server {
 namespace {
 
 // Marshals interfaces by their description in the type library.
 constexpr const wchar_t* kTypeLibraryMarshaler = L"{00020424-0000-0000-C000-000000000046}";
+// Marshals interfaces that have nothing but Invoke.
+constexpr const wchar_t* kDispatchMarshaler = L"{00020420-0000-0000-C000-000000000046}";
+constexpr LCID kLocale = 0x409;
 #ifdef _WIN64
 constexpr SYSKIND kSystem = SYS_WIN64;
+constexpr const wchar_t* kSystemName = L"win64";
 #else
 constexpr SYSKIND kSystem = SYS_WIN32;
+constexpr const wchar_t* kSystemName = L"win32";
 #endif
+
+enum class Scope { machine, user };
 
 struct Entry {
   std::wstring key;   // below Software\Classes
@@ -72,23 +75,49 @@ void add_class(Registration& registration, const ClassInfo& info, const std::wst
   registration.trees.insert(registration.trees.end(), {name, name + L".1", tree});
 }
 
-// The type library registers the current ids of its interfaces and not those of earlier releases,
-// under which applications may still have them marshalled.
-void add_alias(Registration& registration, const AliasEntry& alias) {
-  const std::wstring tree = L"Interface\\" + guid_text(alias.id);
+void add_interface(Registration& registration, const std::wstring& name, const IID& id,
+                   const wchar_t* marshaler) {
+  const std::wstring tree = L"Interface\\" + guid_text(id);
   auto& entries = registration.entries;
-  entries.push_back({tree, L"", alias.name});
-  entries.push_back({tree + L"\\ProxyStubClsid32", L"", kTypeLibraryMarshaler});
+  entries.push_back({tree, L"", name});
+  entries.push_back({tree + L"\\ProxyStubClsid32", L"", marshaler});
   entries.push_back({tree + L"\\TypeLib", L"", guid_text(LIBID_QvRtLibOle)});
   entries.push_back({tree + L"\\TypeLib", L"Version", library_version()});
   registration.trees.push_back(tree);
 }
 
-Registration all_entries() {
+std::wstring library_key() { return L"TypeLib\\" + guid_text(LIBID_QvRtLibOle); }
+std::wstring version_key() { return library_key() + L"\\" + library_version(); }
+std::wstring locale_key() { return version_key() + L"\\409"; }
+
+// What the platform writes when it registers a type library. Its service for one user is not used,
+// since some systems let that write for the whole machine.
+void add_type_library(Registration& registration, const std::wstring& path) {
+  auto& entries = registration.entries;
+  entries.push_back({version_key(), L"", kLibraryName});
+  entries.push_back({version_key() + L"\\FLAGS", L"", L"0"});
+  entries.push_back({version_key() + L"\\HELPDIR", L"", path.substr(0, path.rfind(L'\\'))});
+  entries.push_back({locale_key() + L"\\" + kSystemName, L"", path});
+  for (const ClassEntry& entry : class_catalogue()) {
+    const ClassInfo& info = *entry.info;
+    const std::wstring name = std::wstring(L"_") + info.name;
+    add_interface(registration, name, info.interface_id, kTypeLibraryMarshaler);
+    if (info.events != nullptr) {
+      add_interface(registration, L"_" + name, *info.events, kDispatchMarshaler);
+    }
+  }
+}
+
+Registration all_entries(Scope scope) {
   const std::wstring path(module_path().view());
   Registration registration;
   for (const ClassEntry& entry : class_catalogue()) add_class(registration, *entry.info, path);
-  for (const AliasEntry& alias : alias_catalogue()) add_alias(registration, alias);
+  // The type library registers the current ids of its interfaces and not those of earlier releases,
+  // under which applications may still have them marshalled.
+  for (const AliasEntry& alias : alias_catalogue()) {
+    add_interface(registration, alias.name, alias.id, kTypeLibraryMarshaler);
+  }
+  if (scope == Scope::user) add_type_library(registration, path);
   return registration;
 }
 
@@ -117,8 +146,6 @@ HRESULT write(HKEY classes, const Entry& entry) noexcept {
   }
   return status == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
 }
-
-enum class Scope { machine, user };
 
 HRESULT open_classes(Scope scope, HKEY* classes) noexcept {
   const LONG status = RegCreateKeyExW(
@@ -154,12 +181,24 @@ bool has_library(HKEY classes, const std::wstring& version) {
 
 // The library of the other bitness is registered below the same key, and stays.
 LONG remove_emptied_library(HKEY classes) {
-  const std::wstring library = L"TypeLib\\" + guid_text(LIBID_QvRtLibOle);
-  const std::wstring version = library + L"\\" + library_version();
-  if (has_library(classes, version)) return ERROR_SUCCESS;
-  const LONG removed = RegDeleteTreeW(classes, version.c_str());
-  if (!children(classes, library).empty()) return removed;
-  return RegDeleteTreeW(classes, library.c_str());
+  if (has_library(classes, version_key())) return ERROR_SUCCESS;
+  const LONG removed = RegDeleteTreeW(classes, version_key().c_str());
+  if (!children(classes, library_key()).empty()) return removed;
+  return RegDeleteTreeW(classes, library_key().c_str());
+}
+
+// A user may have had no classes at all: then the keys that hold them all were made for these.
+void remove_empty_roots(HKEY classes) {
+  for (const wchar_t* root : {L"CLSID", L"Interface", L"TypeLib"}) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(classes, root, 0, KEY_READ, &key) != ERROR_SUCCESS) continue;
+    DWORD keys = 1;
+    DWORD values = 1;
+    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                     nullptr, nullptr, nullptr);
+    RegCloseKey(key);
+    if (keys == 0 && values == 0) RegDeleteKeyW(classes, root);
+  }
 }
 
 HRESULT unregister_server(Scope scope) {
@@ -167,35 +206,36 @@ HRESULT unregister_server(Scope scope) {
   const HRESULT opened = open_classes(scope, &classes);
   if (FAILED(opened)) return opened;
   if (scope == Scope::machine) {
-    UnRegisterTypeLib(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, 0x409, kSystem);
+    UnRegisterTypeLib(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, kLocale, kSystem);
   } else {
-    UnRegisterTypeLibForUser(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, 0x409, kSystem);
+    RegDeleteTreeW(classes, (locale_key() + L"\\" + kSystemName).c_str());
   }
   HRESULT result = S_OK;
   const auto note = [&](LONG status) {
     if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) result = SELFREG_E_CLASS;
   };
-  for (const auto& trees : {all_entries().trees, interface_trees()}) {
+  for (const auto& trees : {all_entries(scope).trees, interface_trees()}) {
     for (const std::wstring& tree : trees) note(RegDeleteTreeW(classes, tree.c_str()));
   }
   note(remove_emptied_library(classes));
+  remove_empty_roots(classes);
   RegCloseKey(classes);
   return result;
 }
 
 HRESULT register_server(Scope scope) {
-  Object<ITypeLib> library;
-  HRESULT result = load_type_library(library);
-  if (FAILED(result)) return SELFREG_E_TYPELIB;
-  Text path = module_path();
-  const auto register_library =
-      scope == Scope::machine ? &RegisterTypeLib : &RegisterTypeLibForUser;
-  if (FAILED(register_library(library.get(), path.data(), nullptr))) return SELFREG_E_TYPELIB;
-
+  if (scope == Scope::machine) {
+    Object<ITypeLib> library;
+    Text path = module_path();
+    if (FAILED(load_type_library(library)) ||
+        FAILED(RegisterTypeLib(library.get(), path.data(), nullptr))) {
+      return SELFREG_E_TYPELIB;
+    }
+  }
   HKEY classes = nullptr;
-  result = open_classes(scope, &classes);
+  HRESULT result = open_classes(scope, &classes);
   if (FAILED(result)) return result;
-  for (const Entry& entry : all_entries().entries) {
+  for (const Entry& entry : all_entries(scope).entries) {
     result = write(classes, entry);
     if (FAILED(result)) break;
   }

@@ -23,6 +23,36 @@ HMODULE this_module = nullptr;
 // Objects, class factories and locks together: while there is one, the library must stay.
 std::atomic<long> holders{0};
 
+// Reading the type library takes milliseconds, so it is kept from its first use until the last
+// object is gone.
+SRWLOCK type_library_lock = SRWLOCK_INIT;
+ITypeLib* type_library = nullptr;
+
+class Locked {
+ public:
+  Locked() noexcept { AcquireSRWLockExclusive(&type_library_lock); }
+  Locked(const Locked&) = delete;
+  Locked& operator=(const Locked&) = delete;
+  ~Locked() { ReleaseSRWLockExclusive(&type_library_lock); }
+};
+
+HRESULT shared_library(Object<ITypeLib>& library) noexcept {
+  const Locked locked;
+  if (type_library == nullptr) {
+    const HRESULT status = load_type_library(library);
+    if (FAILED(status)) return status;
+    type_library = Object<ITypeLib>(library).release();
+  }
+  library = Object<ITypeLib>(type_library);
+  return S_OK;
+}
+
+void drop_library() noexcept {
+  Object<ITypeLib> leaving;
+  const Locked locked;
+  if (holders == 0) leaving = Object<ITypeLib>::adopt(std::exchange(type_library, nullptr));
+}
+
 // From the library's own file, so that records work where nothing is registered.
 HRESULT find_record(IRecordInfo** info) noexcept {
   Object<ITypeInfo> description;
@@ -78,7 +108,9 @@ class ClassFactory final : public IClassFactory {
 
 HMODULE module() noexcept { return this_module; }
 
-void count_object(int step) noexcept { holders += step; }
+void count_object(int step) noexcept {
+  if ((holders += step) == 0) drop_library();
+}
 
 Text module_path() {
   // GetModuleFileNameW tells a name that is too long only by filling the buffer.
@@ -97,13 +129,11 @@ HRESULT load_type_library(Object<ITypeLib>& library) noexcept {
   }
 }
 
-// The platform keeps a loaded type library for as long as anything of it is in use, so it needs no
-// keeping here.
 HRESULT type_info_of(const GUID& id, ITypeInfo** info) noexcept {
   if (info == nullptr) return E_POINTER;
   *info = nullptr;
   Object<ITypeLib> library;
-  const HRESULT status = load_type_library(library);
+  const HRESULT status = shared_library(library);
   return SUCCEEDED(status) ? library.get()->GetTypeInfoOfGuid(id, info) : status;
 }
 
