@@ -97,7 +97,7 @@ TEST(Frame_Objects, answer_to_their_interfaces_and_to_no_others) {
                           IID_ISupportErrorInfo, IID_IProvideClassInfo, IID_IProvideClassInfo2}) {
       EXPECT_EQ(query(object.get(), id), S_OK);
     }
-    for (const IID& id : {kForeignId, IID_IMarshal, IID_IPersist, IID_IConnectionPoint}) {
+    for (const IID& id : {kForeignId, IID_IMarshal, IID_IPersistStream, IID_IConnectionPoint}) {
       EXPECT_EQ(query(object.get(), id), E_NOINTERFACE);
     }
     EXPECT_EQ(query(object.get(), IID_IConnectionPointContainer),
