@@ -1,10 +1,12 @@
 #include "datetime/packed_dates.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "automation/run_time_error.h"
 #include "runtime/calendar.h"
@@ -23,6 +25,12 @@ bool is_leap(int year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 
 Text capitalized(Text name) {
   if (!name.empty()) CharUpperBuffW(name.data(), 1);
   return name;
+}
+
+std::wstring with_zeros(Integer value, std::size_t width) {
+  std::wstring digits = std::to_wstring(value);
+  digits.insert(0, width - std::min(width, digits.size()), L'0');
+  return digits;
 }
 
 template <class Number>
@@ -63,7 +71,13 @@ Integer Get_Month_Days(Integer iYear, Integer iMonth) {
 
 Text Get_Month_Name(Integer iMonth) { return capitalized(month_name(iMonth)); }
 Text Get_Day_Name(Long DN) { return capitalized(weekday_name(DN)); }
-Text Date_Today() { return format_date(now(), L"dd/mm/yyyy"); }
+
+Text Date_Today() {
+  const DateFields today = fields_of(now());
+  const Text separator = date_separator();
+  return concat({with_zeros(today.day, 2), separator, with_zeros(today.month, 2), separator,
+                 with_zeros(today.year, 4)});
+}
 
 Date Easter_Day(Long Year) {
   const Long golden_number = Year % 19 + 1;

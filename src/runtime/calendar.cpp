@@ -2,11 +2,9 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <string>
 
 #include "automation/run_time_error.h"
 
@@ -85,29 +83,6 @@ std::int64_t complete_year(Integer year) {
   return year <= static_cast<std::int64_t>(last_year % 100) ? century + year : century - 100 + year;
 }
 
-struct PictureField {
-  wchar_t letter;
-  Integer DateFields::*field;
-};
-
-constexpr PictureField kPictureFields[] = {
-    {L'd', &DateFields::day},  {L'm', &DateFields::month},  {L'y', &DateFields::year},
-    {L'h', &DateFields::hour}, {L'n', &DateFields::minute}, {L's', &DateFields::second},
-};
-
-const PictureField* find_field(wchar_t letter) {
-  for (const auto& field : kPictureFields) {
-    if (field.letter == letter) return &field;
-  }
-  return nullptr;
-}
-
-std::wstring with_zeros(int value, std::size_t width) {
-  std::wstring digits = std::to_wstring(value);
-  if (digits.size() < width) digits.insert(0, width - digits.size(), L'0');
-  return digits;
-}
-
 }  // namespace
 
 DateFields fields_of(Date date) {
@@ -162,28 +137,6 @@ Text weekday_name(Long day) {
   return locale_text(LOCALE_SDAYNAME1 + (first + static_cast<DWORD>(day) - 1) % 7);
 }
 
-Text format_date(Date date, std::wstring_view picture) {
-  const DateFields fields = fields_of(date);
-  std::wstring text;
-  while (!picture.empty()) {
-    const wchar_t letter = picture.front();
-    const std::size_t width = std::min(picture.find_first_not_of(letter), picture.size());
-    if (const auto* field = find_field(letter)) {
-      const int value = fields.*field->field;
-      text += with_zeros(letter == L'y' && width <= 2 ? value % 100 : value, width);
-      picture.remove_prefix(width);
-      continue;
-    }
-    if (letter == L'/') {
-      text += locale_text(LOCALE_SDATE);
-    } else if (letter == L':') {
-      text += locale_text(LOCALE_STIME);
-    } else {
-      text += letter;
-    }
-    picture.remove_prefix(1);
-  }
-  return Text(text);
-}
+Text date_separator() { return locale_text(LOCALE_SDATE); }
 
 }  // namespace qv

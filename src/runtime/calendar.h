@@ -1,5 +1,5 @@
 // The calling language's date services: a Date taken apart and built, the names and the separator
-// of the user's locale, texts by picture. Dates reach from 1 January 100 to 31 December 9999; what
+// of the user's locale. Dates reach from 1 January 100 to 31 December 9999; what
 // lies outside is run-time error 5.
 #pragma once
 
@@ -36,9 +36,7 @@ Text month_name(Long month);
 // Days count from the first day of the week of the user's settings.
 Text weekday_name(Long day);
 
-// d dd, m mm, yy yyyy, h hh, n nn, s ss give a field without and with a leading zero, "/" and ":"
-// the user's separators of dates and times; every other character stands for itself. Small letters
-// only.
-Text format_date(Date date, std::wstring_view picture);
+// What stands between the fields of a date in the user's settings.
+Text date_separator();
 
 }  // namespace qv
