@@ -42,14 +42,6 @@ std::optional<SYSTEMTIME> fields_of_value(const Variant& dt) {
   });
 }
 
-Date date_of(const SYSTEMTIME& time) {
-  const auto integer = [](WORD word) { return static_cast<Integer>(word); };
-  const Date day = date_serial(integer(time.wYear), integer(time.wMonth), integer(time.wDay));
-  const Date time_of_day =
-      time_serial(integer(time.wHour), integer(time.wMinute), integer(time.wSecond));
-  return Date{day.days + time_of_day.days};
-}
-
 // Local time; nothing where a service refuses. What is no date goes on as a record of zeros.
 bool to_file_time(const Variant& dt, FILETIME& time) {
   const SYSTEMTIME fields = fields_of_value(dt).value_or(SYSTEMTIME{});

@@ -1,7 +1,5 @@
 #include "runtime/calendar.h"
 
-#include <windows.h>
-
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -113,12 +111,18 @@ Date time_serial(Integer hour, Integer minute, Integer second) {
   return Date{static_cast<double>(seconds) / kSecondsOfDay};
 }
 
+Date date_of(const SYSTEMTIME& time) {
+  const auto integer = [](WORD word) { return static_cast<Integer>(word); };
+  const Date day = date_serial(integer(time.wYear), integer(time.wMonth), integer(time.wDay));
+  const Date time_of_day =
+      time_serial(integer(time.wHour), integer(time.wMinute), integer(time.wSecond));
+  return Date{day.days + time_of_day.days};
+}
+
 Date now() {
   SYSTEMTIME time;
   GetLocalTime(&time);
-  const std::int64_t day = days_from_civil(time.wYear, time.wMonth, time.wDay);
-  const std::int64_t seconds = time.wHour * 3600 + time.wMinute * 60 + time.wSecond;
-  return Date{static_cast<double>(day) + static_cast<double>(seconds) / kSecondsOfDay};
+  return date_of(time);
 }
 
 Double minutes_between(Date from, Date to) {

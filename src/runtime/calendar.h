@@ -3,6 +3,8 @@
 // lies outside is run-time error 5.
 #pragma once
 
+#include <windows.h>
+
 #include "automation/text.h"
 
 namespace qv {
@@ -25,6 +27,10 @@ DateFields fields_of(Date date);
 Date date_serial(Integer year, Integer month, Integer day);
 // Out of range carries over; 24 hours are 1 day.
 Date time_serial(Integer hour, Integer minute, Integer second);
+
+// The sum of the two for a record of the system's, less its milliseconds. As sums of the language
+// are, it is no time of that day for days before 30 December 1899.
+Date date_of(const SYSTEMTIME& time);
 
 Date now();
 
