@@ -9,9 +9,6 @@
 
 namespace qv::config {
 
-// Decides the file's name and fills in the folders; a step that fails is passed over.
-void Start_Up(const Object<_QVtIniStruct>& Ini, const Text& IniFile, Long Flags);
-
 // A String always. Null or "" for Sect asks for the names of all sections, for Par for those of all
 // keys, each ended by a character 0. Empty = failure, told by the error state.
 Variant Ini_Get(const Variant& Sect, const Variant& Par, const Variant& DefVal,
