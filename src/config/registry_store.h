@@ -17,7 +17,8 @@ namespace qv::config {
 //                                          fourth where there are three, fewer are 0
 //   REG_MULTI_SZ                           array of String from 1, without elements where empty
 //   any other                              Empty
-// What is stored without its end loses its last character: a reader can't tell.
+// What is stored without its end loses its last character: a reader can't tell. A typed variable is
+// given the value in its own type: a String takes two bytes of an array as a character.
 Boolean RegistryRead(const Text& lpSubKey, const Text& lpValueName, Variant& RetVal, Long Key);
 // REG_NONE stores four zero bytes whatever the value. An empty name with an empty value makes the
 // key and nothing else.

@@ -450,9 +450,15 @@ TEST_F(RegistryLists, values_names_and_types_run_in_parallel) {
     stored(name.c_str(), &expected_type);
     EXPECT_EQ(type, static_cast<LONG>(expected_type));
     EXPECT_EQ(value.vt, expected.vt);
-    if (value.vt == VT_I4) EXPECT_EQ(value.lVal, expected.lVal);
-    if (value.vt == VT_BSTR) EXPECT_EQ(value.text(), expected.text());
-    if (value.vt == (VT_ARRAY | VT_UI1)) EXPECT_EQ(bytes_of(value), bytes_of(expected));
+    if (value.vt == VT_I4) {
+      EXPECT_EQ(value.lVal, expected.lVal);
+    }
+    if (value.vt == VT_BSTR) {
+      EXPECT_EQ(value.text(), expected.text());
+    }
+    if (value.vt == (VT_ARRAY | VT_UI1)) {
+      EXPECT_EQ(bytes_of(value), bytes_of(expected));
+    }
   }
 }
 
@@ -551,19 +557,27 @@ TEST_F(RegistryStore, an_application_has_its_own_key_of_the_machine) {
   EXPECT_EQ(path.view(), L"C:\\App\\");
 
   // HKEY_LOCAL_MACHINE is the default root, and REG_SZ the default type.
-  Value bytes(L"x");
-  LONG binary = REG_BINARY;
-  EXPECT_EQ(global_->RegistryWrite(key, section, &bytes, nullptr, &binary, &failed), S_OK);
+  Value bytes(std::wstring_view(L"o\0k\0", 4));
+  LONG type = REG_BINARY;
+  EXPECT_EQ(global_->RegistryWrite(key, section, &bytes, nullptr, &type, &failed), S_OK);
+  EXPECT_EQ(global_->RegistryApp_Read(&application, &section, &found, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_FALSE);
+  EXPECT_EQ(found.view(), L"ok");
+  expect_no_error();
+
+  Value items = list(VT_BSTR, 0, {L"x"});
+  type = REG_MULTI_SZ;
+  EXPECT_EQ(global_->RegistryWrite(key, section, &items, nullptr, &type, &failed), S_OK);
   EXPECT_EQ(global_->RegistryApp_Read(&application, &section, &found, &failed), S_OK);
   EXPECT_EQ(failed, VARIANT_TRUE);
-  EXPECT_EQ(found.view(), L"C:\\App");
+  EXPECT_EQ(found.view(), L"ok");
   expect_error(13, L"KwRtLibMod.RegistryRead");
 
   EXPECT_EQ(global_->RegistryDeleteKey(key, nullptr, &failed), S_OK);
   EXPECT_EQ(failed, VARIANT_FALSE);
   EXPECT_EQ(global_->RegistryApp_Read(&application, &section, &found, &failed), S_OK);
   EXPECT_EQ(failed, VARIANT_TRUE);
-  EXPECT_EQ(found.view(), L"C:\\App");
+  EXPECT_EQ(found.view(), L"ok");
   expect_refusal(ERROR_FILE_NOT_FOUND, L"KwRtLibMod.RegistryRead");
   EXPECT_EQ(global_->GetApplicationPath(&application, &path), S_OK);
   EXPECT_EQ(path.view(), L"");
