@@ -12,6 +12,7 @@
 #include "archive/cabinet_files.h"
 #include "automation/run_time_error.h"
 #include "files/file_operations.h"
+#include "files/path_text.h"
 #include "native/cpr/archive_names.h"
 #include "runtime/err.h"
 #include "runtime/system_name.h"
@@ -86,8 +87,10 @@ class SetReader {
     if (folder_.size() > kLongestPart || current_.size() > kLongestPart) refuse(kNotFound, path);
     next_.clear();
     failure_ = {};
+    missing_.clear();
     const BOOL ok = FDICopy(reader_, current_.data(), folder_.data(), 0, notify, nullptr, this);
     if (raised_) raise(*raised_);
+    if (!missing_.empty()) refuse(refusal_, text_of_utf8(folder_ + missing_));
     if (ok == FALSE) refuse(failure_.erfOper, path);
     // Names of cabinets have no path, and a set has no circle.
     if (next_.find_first_of("\\/:") != next_.npos) refuse(kCorrupt, path);
@@ -100,7 +103,8 @@ class SetReader {
 
   // A file that begins in this cabinet: kNoFile ends the reading, 0 passes it over.
   virtual INT_PTR take(const CabinetEntry& entry) = 0;
-  virtual void complete(INT_PTR file, const CabinetEntry& entry) = 0;
+  // A file that was taken has ended, whether with all its bytes or before.
+  virtual void complete(INT_PTR file) = 0;
 
  private:
   static INT_PTR DIAMONDAPI open_file(char* name, int flags, int) {
@@ -138,11 +142,14 @@ class SetReader {
         case fdintCOPY_FILE:
           return self.take(entry_of(*news));
         case fdintCLOSE_FILE_INFO:
-          self.complete(news->hf, entry_of(*news));
+          self.complete(news->hf);
           return TRUE;
         case fdintNEXT_CABINET:
+          if (news->fdie == FDIERROR_NONE) return 0;
           // Asked again where the cabinet is missing or wrong.
-          return news->fdie == FDIERROR_NONE ? 0 : kAbort;
+          self.missing_ = news->psz1;
+          self.refusal_ = news->fdie;
+          return kAbort;
         default:
           return 0;
       }
@@ -155,6 +162,8 @@ class SetReader {
   std::string folder_;
   std::string current_;
   std::string next_;
+  std::string missing_;  // the next one, where it was refused
+  Long refusal_ = FDIERROR_NONE;
   std::vector<std::string> seen_;
   Long cabinets_ = 0;
   ERF failure_{};
@@ -180,7 +189,7 @@ class Lister final : public SetReader {
     list_.entries.push_back(entry);
     return 0;
   }
-  void complete(INT_PTR, const CabinetEntry&) override {}
+  void complete(INT_PTR) override {}
 
   CabinetList list_;
 };
@@ -201,11 +210,12 @@ class Extractor final : public SetReader {
   ~Extractor() override {
     // The service may have closed it or not.
     if (extracted_file != cabinet_files::kNoFile) close_file(extracted_file);
-    if (!path_.empty()) DeleteFileW(system_name(path_).c_str());
+    if (!temporary_.empty()) DeleteFileW(system_name(temporary_).c_str());
   }
 
   void extract() {
     files::Path_Create(folder_);
+    temporary_ = files::Get_TempFile(Variant(folder_), L"TMP");
     while (read_cabinet() && !is_all_found()) continue;
     for (std::size_t i = 0; i < files_.size(); ++i) {
       if (!is_found_[i]) {
@@ -253,39 +263,50 @@ class Extractor final : public SetReader {
     if (separator != path.view().npos) {
       files::Path_Create(Text(path.view().substr(0, separator)));
     }
-    // A read-only file is replaced too.
-    SetFileAttributesW(system_name(path).c_str(), FILE_ATTRIBUTE_NORMAL);
-    const HANDLE file = CreateFileW(system_name(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
-                                    nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(system_name(temporary_).c_str(), GENERIC_READ | GENERIC_WRITE,
+                                    0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     capture_last_dll_error();
     if (file == INVALID_HANDLE_VALUE) refuse(kNoTarget, path);
+    entry_ = entry;
     path_ = path;
     extracted_file = reinterpret_cast<INT_PTR>(file);
     return extracted_file;
   }
 
-  void complete(INT_PTR file, const CabinetEntry& entry) override {
+  void complete(INT_PTR file) override {
+    const HANDLE handle = cabinet_files::handle_of(file);
+    LARGE_INTEGER size;
+    const bool is_whole = GetFileSizeEx(handle, &size) != FALSE &&
+                          size.QuadPart == static_cast<std::uint32_t>(entry_.size_bytes);
     FILETIME local;
     FILETIME time;
-    if (DosDateTimeToFileTime(static_cast<WORD>(entry.date), static_cast<WORD>(entry.time),
+    if (DosDateTimeToFileTime(static_cast<WORD>(entry_.date), static_cast<WORD>(entry_.time),
                               &local) != FALSE &&
         LocalFileTimeToFileTime(&local, &time) != FALSE) {
-      SetFileTime(cabinet_files::handle_of(file), &time, nullptr, &time);
+      SetFileTime(handle, &time, nullptr, &time);
     }
     close_file(file);
+    if (!is_whole) return;
+    const auto path = system_name(path_);
+    // A read-only file is replaced too.
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    const BOOL moved =
+        MoveFileExW(system_name(temporary_).c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING);
+    capture_last_dll_error();
+    if (moved == FALSE) refuse(kNoTarget, path_);
     constexpr DWORD kRestored = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN |
                                 FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
-    const DWORD attributes = static_cast<DWORD>(entry.attributes) & kRestored;
-    SetFileAttributesW(system_name(path_).c_str(),
-                       attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes);
-    path_ = Text();
+    const DWORD attributes = static_cast<DWORD>(entry_.attributes) & kRestored;
+    SetFileAttributesW(path.c_str(), attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes);
   }
 
   const std::vector<Text>& files_;
   std::vector<bool> is_found_;
   const Text& folder_;
   bool with_folders_;
-  Text path_;  // of the file that is being extracted
+  Text temporary_;      // gets a file's bytes, and then its name
+  CabinetEntry entry_;  // that is being extracted
+  Text path_;           // where to
 };
 
 }  // namespace

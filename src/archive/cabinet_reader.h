@@ -27,8 +27,8 @@ struct CabinetList {
 CabinetList list_cabinets(const Text& name);
 
 // Extracts the files named, or all for an empty list, into `folder`, which ends in a separator;
-// with their stored folders or without. A stored name never leads out of the folder. Existing files
-// are replaced. A file that fails is removed; those before it stay.
+// with their stored folders or without. A stored name never leads out of the folder. An existing
+// file is replaced once its new bytes are whole. Files before the one that fails stay.
 void extract_cabinets(const Text& name, const std::vector<Text>& files, const Text& folder,
                       bool with_folders);
 

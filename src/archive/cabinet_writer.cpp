@@ -53,15 +53,6 @@ Text stored_name(const Text& file) {
   return name;
 }
 
-std::uint64_t size_of(const Text& file) {
-  WIN32_FILE_ATTRIBUTE_DATA facts{};
-  if (GetFileAttributesExW(system_name(file).c_str(), GetFileExInfoStandard, &facts) == FALSE) {
-    capture_last_dll_error();
-    raise_cabinet_error(kNoSource, concat({kFailures[kNoSource], file}));
-  }
-  return std::uint64_t{facts.nFileSizeHigh} << 32 | facts.nFileSizeLow;
-}
-
 // "set.cab", "set2.cab", ...; "disk1.cab", "disk2.cab", ...
 Text numbered(const Text& name, Long number) {
   if (number == 1) return name;
@@ -88,16 +79,15 @@ class SetWriter {
  public:
   SetWriter(const Text& folder, const Text& name, ULONG largest_bytes)
       : folder_(folder), name_(name) {
-    CCAB cabinet{};
-    cabinet.cb = largest_bytes;
-    cabinet.cbFolderThresh = kNoLimit_bytes;
-    cabinet.iCab = 1;
-    cabinet.setID = static_cast<USHORT>(GetTickCount());
-    fill(cabinet.szCabPath, utf8_of(folder));
-    fill(cabinet.szCab, utf8_of(name));
+    cabinet_.cb = largest_bytes;
+    cabinet_.cbFolderThresh = kNoLimit_bytes;
+    cabinet_.iCab = 1;
+    cabinet_.setID = static_cast<USHORT>(GetTickCount());
+    fill(cabinet_.szCabPath, utf8_of(folder));
+    fill(cabinet_.szCab, utf8_of(name));
     writer_ = FCICreate(
         &failure_, [](PCCAB, char*, LONG, BOOL, void*) { return 0; }, allocate, release, open, read,
-        write, close, seek, remove, temporary_name, &cabinet, this);
+        write, close, seek, remove, temporary_name, &cabinet_, this);
     if (writer_ == nullptr) refuse(Text());
   }
   SetWriter(const SetWriter&) = delete;
@@ -109,9 +99,7 @@ class SetWriter {
     for (const std::string& path : made_) DeleteFileW(system_name(text_of_utf8(path)).c_str());
   }
 
-  // In a folder of its own a file can be extracted from a set although its beginning is in another
-  // cabinet than that of the files around it.
-  void add(const Text& file, bool in_own_folder) {
+  void add(const Text& file) {
     std::string source = utf8_of(file);
     std::string stored = utf8_of(stored_name(file));
     has_utf8_name_ = !is_ascii(stored);
@@ -119,7 +107,6 @@ class SetWriter {
                    tcompTYPE_MSZIP) == FALSE) {
       refuse(file);
     }
-    if (in_own_folder && FCIFlushFolder(writer_, next_cabinet, status) == FALSE) refuse(file);
   }
 
   Long finish() {
@@ -220,6 +207,7 @@ class SetWriter {
   const Text& folder_;
   const Text& name_;
   ERF failure_{};
+  CCAB cabinet_{};  // the service may go on using the caller's own
   HFCI writer_ = nullptr;
   Long count_ = 1;
   std::vector<std::string> made_;
@@ -233,11 +221,8 @@ Long create_cabinets(const std::vector<Text>& files, const Text& folder, const T
                      Long largest_bytes) {
   if (files.empty()) raise_cabinet_error(kNoSource, L"Nessun file da comprimere.");
   const ULONG limit_bytes = largest_bytes < 1 ? kNoLimit_bytes : static_cast<ULONG>(largest_bytes);
-  std::uint64_t total_bytes = 0;
-  for (const Text& file : files) total_bytes += size_of(file);
   SetWriter writer(folder, name, limit_bytes);
-  const bool may_need_more = total_bytes > limit_bytes;
-  for (const Text& file : files) writer.add(file, may_need_more);
+  for (const Text& file : files) writer.add(file);
   return writer.finish();
 }
 
