@@ -2,8 +2,8 @@
 """Runs the suites named, prints every failure and at last one line "N passed, N failed".
 
 Suites: native (the portable core), asan (the same under sanitizers, and a short run of every
-fuzzer), x64 and x86 (the server under Wine: the modules from inside, typed clients, scripts on the
-small script host and on the platform's own cscript).
+fuzzer), docs (the reference pages), x64 and x86 (the server under Wine: the modules from inside,
+typed clients, scripts on the small script host and on the platform's own cscript).
 """
 
 import argparse
@@ -13,6 +13,8 @@ import subprocess
 import sys
 import time
 from pathlib import Path
+
+from reference import examples
 
 REPOSITORY = Path(__file__).resolve().parent.parent
 BUILD = REPOSITORY / "build"
@@ -133,6 +135,37 @@ def scripts_matching(folder, word):
     return sorted(p for p in folder.glob("*.vbs") if word in p.name)
 
 
+def run_docs(totals):
+    # The system's own Python: the packages of the tests are installed for that one.
+    _, output = captured("/usr/bin/python3 -B tests/reference/pages_test.py -v 2>&1", 300)
+    passed = len(re.findall(r" \.\.\. ok$", output, re.M))
+    failed = len(re.findall(r" \.\.\. (?:FAIL|ERROR)$", output, re.M)) or int("\nOK" not in output)
+    totals.add(passed, failed)
+    print(f"docs: {passed} passed, {failed} failed", flush=True)
+    if failed:
+        print(output[-8000:])
+
+
+def run_reference_examples(totals, bits, path):
+    """One file of the reference's examples: what each block shows is what it says."""
+    blocks = [lines for _, lines in examples.blocks_of(path.read_text("latin-1"))]
+    program = BUILD / "examples" / path.name
+    program.parent.mkdir(parents=True, exist_ok=True)
+    program.write_text(examples.program_of(blocks), "latin-1")
+    host = f"build/{bits}/tests/server/script_host.exe"
+    _, output = captured(f"run_wine {bits} {host} {program.relative_to(REPOSITORY)} 2>&1", 300)
+    shown = [[] for _ in blocks]
+    for number, value in re.findall(r"^(\d+) (.*)$", output, re.M):
+        shown[int(number)].append(value.rstrip())
+    wrong = [(lines, got) for lines, got in zip(blocks, shown) if examples.expected_of(lines) != got]
+    totals.add(len(blocks) - len(wrong), len(wrong))
+    print(f"{bits} docs/examples/{path.name}: {len(blocks) - len(wrong)} passed, {len(wrong)} failed")
+    for lines, got in wrong:
+        print("\n".join(lines), f"\n  shows: {got}")
+    if wrong and not output.endswith("done\n"):
+        print(output[-2000:])
+
+
 def run_windows(totals, bits, pattern, word):
     if bits == "x86":
         prepare("prepare_root32")
@@ -161,6 +194,8 @@ def run_windows(totals, bits, pattern, word):
                 f"run_wine {bits} {program}/script_host.exe tests/scripts/support/checks.vbs {path} 2>&1",
                 environment,
             )
+    for path in scripts_matching(REPOSITORY / "docs/examples", word):
+        run_reference_examples(totals, bits, path)
     # What users run: the examples, on the platform's own host.
     for script in scripts_matching(REPOSITORY / "examples", word):
         run_script(
@@ -183,6 +218,8 @@ def main():
             run_native(totals, pattern)
         elif suite == "asan":
             run_asan(totals, pattern)
+        elif suite == "docs":
+            run_docs(totals)
         else:
             run_windows(totals, suite, pattern, options.filter)
     print(f"\n{totals.passed} passed, {totals.failed} failed")

@@ -1,0 +1,322 @@
+"""The reference as pages of HTML: {path: text}."""
+
+import html
+import json
+import re
+
+import markdown
+
+from .vb_text import argument_text, errors_of, signature, type_name
+
+HIDDEN_IDS = {-4}  # enumerators are reached by For Each
+KINDS = {"propget": "property", "propput": "property", "propputref": "property", "event": "event"}
+
+
+def escape(text):
+    return html.escape(text, quote=False)
+
+
+class Member:
+    """Everything of one name in one interface: a method, an event, or a property's operations."""
+
+    def __init__(self, class_name, name, operations, context):
+        self.class_name, self.name, self.operations = class_name, name, operations
+        self.context = context
+        self.path = f"{class_name}/{name}.html"
+        self.kind = KINDS.get(operations[0].kind, "function" if operations[0].result else "method")
+
+    @property
+    def summary(self):
+        return self.operations[0].doc.summary
+
+    @property
+    def first_sentence(self):
+        return re.split(r"(?<=[.;]) ", self.summary, maxsplit=1)[0].rstrip(";.") + "."
+
+
+def members_of(library):
+    """{class name: [Member]} in the order of the interfaces."""
+    result = {}
+    for number, coclass in enumerate(library.classes, 1):
+        members = []
+        for interface, base in ((coclass.interface, 0), (coclass.events, 900)):
+            names = {}
+            for operation in interface.operations if interface else ():
+                names.setdefault(operation.name, []).append(operation)
+            members += [
+                Member(coclass.name, name, operations, number * 1000 + base + operations[0].dispid)
+                for name, operations in names.items()
+                if operations[0].dispid not in HIDDEN_IDS
+            ]
+        result[coclass.name] = members
+    return result
+
+
+class Site:
+    def __init__(self, library, families, examples, articles):
+        """families: [{id, title, text, modules}]; examples: [(file, members, lines)];
+        articles: {"guide" or "formats": {name: Markdown text}}."""
+        self.library, self.families, self.articles = library, families, articles
+        self.members = members_of(library)
+        self.examples = {}
+        for _, names, lines in examples:
+            for name in names:
+                key = name if "." in name else f"KwRtLib.{name}"
+                self.examples.setdefault(key, []).append(lines)
+        self.family_of = {m: f for f in families for m in f["modules"]}
+        self.targets = {m.name: m.path for m in self.members["KwRtLib"]}
+        self.targets |= {c.name: f"{c.name}/index.html" for c in library.classes}
+        for enumeration in library.enumerations:
+            self.targets[enumeration.name] = f"constants.html#{enumeration.name}"
+            self.targets |= {n: f"constants.html#{n}" for n, _, _ in enumeration.values}
+        self.pages = {}
+
+    def linked(self, text, page, own=()):
+        """Escaped text with every name of the library as a link; own: names left as they are."""
+        up = "../" * page.count("/")
+
+        def link(match):
+            word = match[0]
+            target = self.targets.get(word)
+            if target is None or target == page or word in own:
+                return word
+            return f'<a href="{up}{target}">{word}</a>'
+
+        return re.sub(r"\b[A-Za-z][A-Za-z0-9]*(?:_\w+)*\b", link, escape(text))
+
+    def page(self, path, title, body, crumbs=()):
+        up = "../" * path.count("/")
+        trail = "".join(f'<a href="{up}{target}">{escape(text)}</a> / ' for text, target in crumbs)
+        self.pages[path] = f"""<!doctype html>
+<html lang="en"><head><meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>{escape(title)} - QvRtLib</title>
+<link rel="stylesheet" href="{up}style.css"></head>
+<body data-up="{up}"><header><a class="home" href="{up}index.html">QvRtLib</a>
+<label class="search">Search <input id="search" type="search" autocomplete="off"
+ placeholder="member, class, constant or words"></label></header>
+<ol id="results" hidden></ol>
+<main><p class="trail">{trail}{escape(title)}</p>
+{body}
+</main>
+<script src="{up}search-index.js"></script><script src="{up}search.js"></script>
+</body></html>
+"""
+
+    def member_table(self, members, page):
+        up = "../" * page.count("/")
+        rows = "".join(
+            f'<tr><td><a href="{up}{m.path}">{m.name}</a></td>'
+            f"<td>{self.linked(m.first_sentence, page, (m.name,))}</td></tr>\n"
+            for m in members
+        )
+        return f"<table class=members>{rows}</table>" if rows else ""
+
+    def argument_table(self, operations, page):
+        rows, seen = [], set()
+        for operation in operations:
+            arguments = {p.name for p in operation.parameters}
+            for parameter in operation.parameters:
+                if parameter.name in seen:
+                    continue
+                seen.add(parameter.name)
+                declared = self.linked(argument_text(self.library, parameter), page, arguments)
+                text = self.linked(operation.doc.arguments.get(parameter.name, ""), page, arguments)
+                rows.append(f"<tr><td><code>{declared}</code></td><td>{text}</td></tr>\n")
+        return f"<h2>Arguments</h2><table>{''.join(rows)}</table>" if rows else ""
+
+    def result_text(self, operations, page):
+        for operation in operations:
+            if operation.result:
+                name, is_array = type_name(operation.result.type)
+                shown = self.linked(name + ("()" if is_array else ""), page)
+                text = self.linked(operation.doc.arguments.get("Result", ""), page)
+                return f"<h2>Result</h2><p><code>{shown}</code>: {text}</p>"
+        return ""
+
+    def error_table(self, operations):
+        numbers, sources = {}, set()
+        for operation in operations:
+            known, named = errors_of(operation.doc)
+            numbers |= dict(known)
+            sources |= set(named)
+        if not numbers and not sources:
+            return ""
+        rows = "".join(f"<tr><td>{n}</td><td>{escape(t)}</td></tr>\n" for n, t in numbers.items())
+        text = "<h2>Errors</h2>" + (f"<table>{rows}</table>" if rows else "")
+        if sources:
+            listed = ", ".join(f"<code>{escape(source)}</code>" for source in sorted(sources))
+            text += f"<p>Source in the error record: {listed}</p>"
+        return text
+
+    def example_text(self, key, page):
+        blocks = self.examples.get(key, [])
+        if not blocks:
+            return ""
+        shown = "".join(
+            "<pre>" + self.linked("\n".join(lines).replace("'->", "' ->"), page) + "</pre>"
+            for lines in blocks
+        )
+        return f"<h2>Example</h2>{shown}"
+
+    def member_page(self, member, siblings, crumbs):
+        page = member.path
+        own = {member.name}
+        signatures = "\n".join(signature(self.library, o) for o in member.operations)
+        remarks = "".join(
+            f"<p>{self.linked(text, page, own)}</p>"
+            for text in dict.fromkeys(o.doc.summary for o in member.operations)
+        )
+        names = [m.name for m in siblings]
+        at = names.index(member.name)
+        near = [m for m in siblings[max(0, at - 4) : at + 5] if m is not member]
+        see = ", ".join(f'<a href="../{m.path}">{m.name}</a>' for m in near)
+        key = f"{member.class_name}.{member.name}"
+        self.page(
+            page,
+            member.name,
+            f"<h1>{member.name}</h1><pre class=signature>{self.linked(signatures, page, own)}</pre>"
+            + remarks
+            + self.argument_table(member.operations, page)
+            + self.result_text(member.operations, page)
+            + self.error_table(member.operations)
+            + self.example_text(key, page)
+            + (f"<h2>See also</h2><p>{see}</p>" if see else ""),
+            crumbs,
+        )
+        self.redirect(member.context, page)
+
+    def redirect(self, context, path):
+        """The page of a help context, as the type library gives it."""
+        self.pages[f"context/{context}.html"] = (
+            f'<!doctype html><meta charset="utf-8"><title>QvRtLib</title>'
+            f'<meta http-equiv="refresh" content="0; url=../{path}">'
+            f'<a href="../{path}">{path}</a>\n'
+        )
+
+    def family_members(self, family):
+        return [
+            m for m in self.members["KwRtLib"] if m.operations[0].header in family["modules"]
+        ]
+
+    def make_families(self):
+        for family in self.families:
+            path = f"families/{family['id']}.html"
+            members = self.family_members(family)
+            body = f"<h1>{escape(family['title'])}</h1><p>{self.linked(family['text'], path)}</p>"
+            self.page(path, family["title"], body + self.member_table(members, path))
+            for member in members:
+                self.member_page(member, members, [(family["title"], path)])
+
+    def make_classes(self):
+        for number, coclass in enumerate(self.library.classes, 1):
+            name, members = coclass.name, self.members[coclass.name]
+            path = f"{name}/index.html"
+            if name == "KwRtLib":
+                table = "".join(
+                    f"<h2><a href='../families/{f['id']}.html'>{escape(f['title'])}</a></h2>"
+                    + self.member_table(self.family_members(f), path)
+                    for f in self.families
+                )
+            else:
+                table = self.member_table(members, path)
+                for member in members:
+                    self.member_page(member, members, [(name, path)])
+            made = "its members are global" if coclass.is_global else f'"QvRtLibOle.{name}"'
+            self.page(
+                path,
+                name,
+                f"<h1>{name}</h1><p>{self.linked(coclass.interface.doc.summary, path, (name,))}</p>"
+                f"<p>Class identifier {{{coclass.clsid}}}; {made}.</p>"
+                + self.example_text(f"{name}.{name}", path)
+                + table,
+            )
+            self.redirect(number * 1000, path)
+
+    def make_constants(self):
+        parts = ["<h1>Constants</h1>"]
+        for enumeration in sorted(self.library.enumerations, key=lambda e: e.name.lower()):
+            rows = "".join(
+                f'<tr id="{name}"><td><code>{name}</code></td><td class=number>{value}</td>'
+                f"<td>{self.linked(text, 'constants.html', (name,))}</td></tr>\n"
+                for name, value, text in enumeration.values
+            )
+            parts.append(
+                f'<h2 id="{enumeration.name}">{enumeration.name}</h2>'
+                f"<p>{self.linked(enumeration.doc.summary, 'constants.html')}</p>"
+                f"<table>{rows}</table>"
+            )
+        self.page("constants.html", "Constants", "".join(parts))
+
+    def make_articles(self):
+        for kind, articles in self.articles.items():
+            for name, text in articles.items():
+                path = f"{kind}/{name}.html"
+                body = markdown.markdown(text, extensions=["tables", "fenced_code"])
+                body = re.sub(r'href="([\w./-]+)\.md"', r'href="\1.html"', body)
+                body = re.sub(
+                    r"<code>(\w+)</code>",
+                    lambda m: f"<code>{self.linked(m[1], path)}</code>",
+                    body,
+                )
+                self.page(path, self.article_title(kind, name), body)
+
+    def article_title(self, kind, name):
+        return self.articles[kind][name].split("\n", 1)[0].lstrip("# ")
+
+    def make_index(self):
+        def listed(items):
+            return "".join(f'<li><a href="{path}">{escape(text)}</a>{more}</li>' for path, text, more in items)
+
+        guides = [(f"guide/{n}.html", self.article_title("guide", n), "") for n in self.articles["guide"]]
+        formats = [(f"formats/{n}.html", self.article_title("formats", n), "") for n in self.articles["formats"]]
+        families = [
+            (f"families/{f['id']}.html", f["title"], f" <small>{len(self.family_members(f))}</small>")
+            for f in self.families
+        ]
+        classes = [(f"{c.name}/index.html", c.name, "") for c in self.library.classes]
+        self.page(
+            "index.html",
+            "Reference",
+            f"<h1>QvRtLib reference</h1><p>{escape(self.library.doc.summary)}. Type a name or a word above, "
+            "or choose.</p>"
+            f"<h2>Guides</h2><ul>{listed(guides)}</ul>"
+            f"<h2>Functions by family</h2><ul class=columns>{listed(families)}</ul>"
+            f"<h2>Classes</h2><ul class=columns>{listed(classes)}</ul>"
+            f'<h2>Constants and formats</h2><ul><li><a href="constants.html">All constants</a></li>'
+            f"{listed(formats)}</ul>",
+        )
+
+    def make_search_index(self):
+        rows = []
+        for name, members in self.members.items():
+            rows.append([name, f"{name}/index.html", "class", self.class_text(name)])
+            rows += [
+                [m.name if name == "KwRtLib" else f"{name}.{m.name}", m.path, m.kind, self.full_text(m)]
+                for m in members
+            ]
+        for enumeration in self.library.enumerations:
+            for constant, value, text in enumeration.values:
+                rows.append([constant, f"constants.html#{constant}", f"constant, {value}", text])
+        for kind, articles in self.articles.items():
+            rows += [
+                [self.article_title(kind, n), f"{kind}/{n}.html", kind, " ".join(text.split())]
+                for n, text in articles.items()
+            ]
+        self.pages["search-index.js"] = "const searchIndex = " + json.dumps(rows, indent=0) + ";\n"
+
+    def class_text(self, name):
+        return next(c.interface.doc.text() for c in self.library.classes if c.name == name)
+
+    @staticmethod
+    def full_text(member):
+        return " ".join(o.doc.text() for o in member.operations)
+
+    def make(self):
+        self.make_families()
+        self.make_classes()
+        self.make_constants()
+        self.make_articles()
+        self.make_index()
+        self.make_search_index()
+        return self.pages
