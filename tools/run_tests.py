@@ -2,7 +2,7 @@
 """Runs the suites named, prints every failure and at last one line "N passed, N failed".
 
 Suites: native (the portable core), asan (the same under sanitizers, and a short run of every
-fuzzer), docs (the reference pages), x64 and x86 (the server under Wine: the modules from inside,
+fuzzer), docs (the reference pages, the released interface), x64 and x86 (the server under Wine: the modules from inside,
 typed clients, scripts on the small script host and on the platform's own cscript).
 """
 
@@ -137,7 +137,7 @@ def scripts_matching(folder, word):
 
 def run_docs(totals):
     # The system's own Python: the packages of the tests are installed for that one.
-    _, output = captured("/usr/bin/python3 -B tests/reference/pages_test.py -v 2>&1", 300)
+    _, output = captured("/usr/bin/python3 -B -m unittest discover -s tests/reference -p '*_test.py' -v 2>&1", 300)
     passed = len(re.findall(r" \.\.\. ok$", output, re.M))
     failed = len(re.findall(r" \.\.\. (?:FAIL|ERROR)$", output, re.M)) or int("\nOK" not in output)
     totals.add(passed, failed)
