@@ -37,13 +37,6 @@ class Pages(unittest.TestCase):
     def setUpClass(cls):
         cls.site = make_reference.site()
         cls.pages = cls.site.make()
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.root = Path(cls.folder.name) / "reference"
-        make_reference.main(cls.root)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.folder.cleanup()
 
     def test_every_global_member_belongs_to_one_family(self):
         listed = [m.name for f in self.site.families for m in self.site.family_members(f)]
@@ -91,7 +84,7 @@ class Pages(unittest.TestCase):
         contexts = [m.context for members in self.site.members.values() for m in members]
         self.assertEqual(len(contexts), len(set(contexts)))
         for context in contexts:
-            self.assertIn(f"context/{context}.html", self.pages)
+            self.assertIn(self.site.contexts[context], self.pages)
 
     def test_examples_name_members_that_exist(self):
         known = {f"{c}.{m.name}" for c, members in self.site.members.items() for m in members}
@@ -105,6 +98,7 @@ class Browser(unittest.TestCase):
         cls.folder = tempfile.TemporaryDirectory()
         cls.root = Path(cls.folder.name) / "reference"
         make_reference.main(cls.root)
+        cls.site = make_reference.site()
         options = webdriver.ChromeOptions()
         for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage"):
             options.add_argument(argument)
@@ -138,6 +132,12 @@ class Browser(unittest.TestCase):
     def test_a_constant_is_found_from_its_value_in_the_list(self):
         self.open("index.html")
         self.assertEqual(self.search("SRT_NOSPACES")[0], "SRT_NOSPACES")
+
+    def test_a_help_context_leads_to_its_page(self):
+        member = next(m for m in self.site.members["KwRtLib"] if m.name == "Buffer_Get")
+        self.open("index.html")
+        self.browser.get((self.root / "context.html").as_uri() + f"#{member.context}")
+        self.assertEqual(self.browser.find_element(By.TAG_NAME, "h1").text, "Buffer_Get")
 
     def test_pages_fit_a_phone(self):
         self.browser.set_window_size(*PHONE)

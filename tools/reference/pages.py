@@ -69,7 +69,7 @@ class Site:
         for enumeration in library.enumerations:
             self.targets[enumeration.name] = f"constants.html#{enumeration.name}"
             self.targets |= {n: f"constants.html#{n}" for n, _, _ in enumeration.values}
-        self.pages = {}
+        self.contexts, self.pages = {}, {}
 
     def linked(self, text, page, own=()):
         """Escaped text with every name of the library as a link; own: names left as they are."""
@@ -184,15 +184,7 @@ class Site:
             + (f"<h2>See also</h2><p>{see}</p>" if see else ""),
             crumbs,
         )
-        self.redirect(member.context, page)
-
-    def redirect(self, context, path):
-        """The page of a help context, as the type library gives it."""
-        self.pages[f"context/{context}.html"] = (
-            f'<!doctype html><meta charset="utf-8"><title>QvRtLib</title>'
-            f'<meta http-equiv="refresh" content="0; url=../{path}">'
-            f'<a href="../{path}">{path}</a>\n'
-        )
+        self.contexts[member.context] = page
 
     def family_members(self, family):
         return [
@@ -231,7 +223,7 @@ class Site:
                 + self.example_text(f"{name}.{name}", path)
                 + table,
             )
-            self.redirect(number * 1000, path)
+            self.contexts[number * 1000] = path
 
     def make_constants(self):
         parts = ["<h1>Constants</h1>"]
@@ -287,6 +279,17 @@ class Site:
             f"{listed(formats)}</ul>",
         )
 
+    def make_contexts(self):
+        """context.html#1042 leads to the page of a help context, as the type library gives it."""
+        script = (
+            f"const pages = {json.dumps(self.contexts)};\n"
+            "const page = pages[location.hash.slice(1)];\n"
+            'location.replace(page ?? "index.html");'
+        )
+        self.pages["context.html"] = (
+            f'<!doctype html><meta charset="utf-8"><title>QvRtLib</title><script>{script}</script>\n'
+        )
+
     def make_search_index(self):
         rows = []
         for name, members in self.members.items():
@@ -318,5 +321,6 @@ class Site:
         self.make_constants()
         self.make_articles()
         self.make_index()
+        self.make_contexts()
         self.make_search_index()
         return self.pages
