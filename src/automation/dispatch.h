@@ -15,6 +15,7 @@
 #include <oleauto.h>
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -83,6 +84,19 @@ struct MemberTable {
 
 // Case does not count; only ASCII letters occur in names.
 std::uint32_t hash_name(const wchar_t* name) noexcept;
+
+// The buckets of a table that is written by hand.
+template <std::size_t count>
+std::array<std::uint16_t, std::bit_ceil(2 * count)> name_buckets(
+    const Member (&members)[count]) noexcept {
+  std::array<std::uint16_t, std::bit_ceil(2 * count)> buckets{};
+  for (std::size_t i = 0; i < count; ++i) {
+    std::size_t at = hash_name(members[i].name) % buckets.size();
+    while (buckets[at] != 0) at = (at + 1) % buckets.size();
+    buckets[at] = static_cast<std::uint16_t>(i + 1);
+  }
+  return buckets;
+}
 
 const Member* find_member(const MemberTable& table, const wchar_t* name) noexcept;
 const Member* find_member(const MemberTable& table, DISPID id) noexcept;

@@ -16,7 +16,9 @@ HRESULT find_member(IDispatch* object, const wchar_t* name, DISPID* id) noexcept
     if (SUCCEEDED(result)) return result;
   }
   auto* text = const_cast<wchar_t*>(name);
-  return object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, id);
+  const HRESULT result = object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, id);
+  // An object that has names only by way of the other interface lacks this one.
+  return result == E_NOTIMPL ? DISP_E_UNKNOWNNAME : result;
 }
 
 RunTimeError taken_from(EXCEPINFO& info) {

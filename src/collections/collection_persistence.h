@@ -1,46 +1,36 @@
 // A collection saved to and loaded from a property bag: "Items", the number of items, and for each
-// position n "Key"n and "Item"n.
+// position n "Key"n and "Item"n. "Items" is left out where it is 0, the keys where there are none.
+//
+// Keys are written by position among the keys, items by position among the items: sound where every
+// item has a key or none has. Where only some have, keys go to wrong items, and the error of a
+// position that the keys do not have is raised.
 #pragma once
 
 #include <windows.h>
 // ocidl.h needs windows.h before it.
 #include <ocidl.h>
 
-#include "automation/variant.h"
+#include "automation/dispatch.h"
 
 namespace qv::collections {
 
 class kwCollection;
 
-// A place for named values.
-class PropertyStore {
- public:
-  PropertyStore() = default;
-  PropertyStore(const PropertyStore&) = delete;
-  PropertyStore& operator=(const PropertyStore&) = delete;
-  virtual ~PropertyStore() = default;
-
-  // Without a default (missing), a value is always stored; an equal one is not. What is absent
-  // reads as the default, and is an error without one.
-  virtual void write(const Text& name, const Variant& value, const Variant& default_value) = 0;
-  virtual Variant read(const Text& name, const Variant& default_value) = 0;
+// What hosts use is IPersistPropertyBag. A client without it (a script) calls the same late bound:
+// WriteProperties and ReadProperties, with the platform's bag or any object that has WriteProperty
+// and ReadProperty. Both are called with all their arguments, since a script's own class knows no
+// optional ones.
+struct _Persistence : IPersistPropertyBag {
+  virtual HRESULT STDMETHODCALLTYPE WriteProperties(IDispatch* bag) = 0;
+  virtual HRESULT STDMETHODCALLTYPE ReadProperties(IDispatch* bag) = 0;
 };
+inline constexpr IID kPersistenceId = {
+    0xb1d0a2c7, 0x64de, 0x4a35, {0x9e, 0x0c, 0x57, 0x3f, 0x18, 0xd2, 0x6b, 0x90}};
+dispatch::MemberTable persistence_members() noexcept;
 
-// Keys are written by position among the keys, items by position among the items: sound where every
-// item has a key or none has. Where only some have, the store's or the collection's error is
-// raised.
-void write_properties(const kwCollection& collection, PropertyStore& store);
-void read_properties(kwCollection& collection, PropertyStore& store);
-
-// The same with a bag: one with the platform's IPropertyBag, or any object with the late-bound
-// members WriteProperty and ReadProperty. 430 for an object that is neither.
-void save_collection(const kwCollection& collection, IUnknown* bag);
-// `log` may be null.
-void load_collection(kwCollection& collection, IUnknown* bag, IErrorLog* log);
-
-// Answers for IPersist and IPersistPropertyBag of the object whose implementation that is;
+// Answers for all three interfaces of the object whose implementation the collection is;
 // E_NOINTERFACE for any other.
-HRESULT property_bag_persistence(kwCollection& collection, IUnknown& object, REFIID id,
-                                 void** found) noexcept;
+HRESULT query_persistence(kwCollection& collection, IUnknown& object, REFIID id,
+                          void** found) noexcept;
 
 }  // namespace qv::collections

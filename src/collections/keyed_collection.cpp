@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "automation/late_bound.h"
-#include "collections/collection_persistence.h"
 #include "frame/error_state.h"
 
 namespace qv::collections {
@@ -79,10 +78,6 @@ void kwCollection::part_keys() {
     }
   }
   keys_ = std::move(keys);
-}
-
-HRESULT kwCollection::further_interface(IUnknown& object, REFIID id, void** found) noexcept {
-  return property_bag_persistence(*this, object, id, found);
 }
 
 Boolean ItemInCollection(const Object<IDispatch>& Coll, const Variant& Key) {

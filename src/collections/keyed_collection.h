@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "automation/variant.h"
+#include "collections/collection_persistence.h"
 #include "interfaces.h"
 #include "runtime/collection.h"
 
@@ -28,8 +29,12 @@ class kwCollection {
   // Number of entries among the keys.
   Long key_count() const noexcept;
 
-  // IPersistPropertyBag; see collection_persistence.h.
-  HRESULT further_interface(IUnknown& object, REFIID id, void** found) noexcept;
+  // Saving and loading.
+  HRESULT further_interface(IUnknown& object, REFIID id, void** found) noexcept {
+    return query_persistence(*this, object, id, found);
+  }
+  static constexpr const IID& kFurtherMembersId = kPersistenceId;
+  static dispatch::MemberTable further_members() noexcept { return persistence_members(); }
 
  private:
   void part_keys();

@@ -1,9 +1,5 @@
 #include "collections/lemma.h"
 
-#include <array>
-#include <cstdint>
-#include <iterator>
-
 #include "automation/arguments.h"
 #include "automation/class_object.h"
 
@@ -23,15 +19,7 @@ constexpr Operation kItem[] = {{DISPATCH_PROPERTYGET, 8, &invoke_slot<OutVariant
 constexpr Member kMembers[] = {{L"Value", 1, kValue}, {L"Item", 2, kItem}};
 
 MemberTable members() noexcept {
-  static const auto buckets = [] {
-    std::array<std::uint16_t, 4> table{};
-    for (std::uint16_t number = 1; number <= std::size(kMembers); ++number) {
-      std::size_t at = hash_name(kMembers[number - 1].name) % table.size();
-      while (table[at] != 0) at = (at + 1) % table.size();
-      table[at] = number;
-    }
-    return table;
-  }();
+  static const auto buckets = name_buckets(kMembers);
   return {kMembers, buckets};
 }
 

@@ -199,6 +199,8 @@ Check "ItemInCollection takes Nothing for an object", ItemInCollection(c, "nothi
 Check "ItemInCollection is False for a text that is there", ItemInCollection(c, "text"), False
 Check "ItemInCollection is False for an absent key", ItemInCollection(c, "absent"), False
 Check "ItemInCollection is False for an object without Item", ItemInCollection(held, "x"), False
+Error_Set
+CheckRecord "and leaves the error of a member that is not there pending", 438, "QvRtLibOle"
 Check "ItemInCollection is False for Nothing", ItemInCollection(Nothing, "x"), False
 
 c.Clear
@@ -209,6 +211,92 @@ Check "and those of other scripts", c(Host.ChrW(1046)), 2
 c.Add 3, "a" & Chr(0) & "b"
 Check "character 0 is a character like any other", c.ItemExist("a" & Chr(0) & "c"), False
 Check "in a key that is found", c("A" & Chr(0) & "B"), 3
+
+' Saved to a bag of the script's own, and loaded from it.
+Class Bag
+  Public Held
+  Sub WriteProperty(name, value, fallback)
+    If Not IsObject(value) And VarType(fallback) <> vbError Then
+      If value = fallback Then Exit Sub
+    End If
+    Held.Add name, value
+  End Sub
+  Function ReadProperty(name, fallback)
+    If Held.Exists(name) Then
+      If IsObject(Held(name)) Then Set ReadProperty = Held(name) Else ReadProperty = Held(name)
+      Exit Function
+    End If
+    ReadProperty = fallback
+  End Function
+  Function Names()
+    Dim name
+    Names = ""
+    For Each name In Held
+      Names = Names & name & ";"
+    Next
+  End Function
+  Private Sub Class_Initialize()
+    Set Held = CreateObject("Scripting.Dictionary")
+  End Sub
+End Class
+
+Dim saved, loaded
+c.Clear
+c.Add "x", "b"
+c.Add held, "A"
+c.Add 3, "c", 1
+Set saved = New Bag
+c.WriteProperties saved
+Check "a collection writes its count, and keys and items by position", saved.Names, "Items;Key1;Item1;Key2;Item2;Key3;Item3;"
+Set loaded = CreateObject("QvRtLibOle.kwCollection")
+loaded.Add "old"
+loaded.ReadProperties saved
+Check "a saved and loaded collection has its count", loaded.Count, CLng(3)
+Check "and the order of its items", loaded(1), 3
+Check "an object comes back by reference", loaded(3) Is held, True
+Check "under its key", loaded.Key("a"), "A"
+c.Clear
+Set saved = New Bag
+c.WriteProperties saved
+Check "an empty collection writes nothing", saved.Names, ""
+loaded.ReadProperties saved
+Check "and loads as empty", loaded.Count, CLng(0)
+c.Add 1
+c.Add 2
+c.WriteProperties saved
+Check "no keys are written where there are none", saved.Names, "Items;Item1;Item2;"
+loaded.ReadProperties saved
+Check "items without keys come back", Walk(loaded), "1;2;"
+c.Add 3, "k"
+Set saved = New Bag
+On Error Resume Next
+c.WriteProperties saved
+CheckError "saving fails past the keys where only some items have one", 9, "Subscript out of range"
+On Error GoTo 0
+Check "with the key beside a wrong item", saved.Names, "Items;Key1;Item1;"
+On Error Resume Next
+c.WriteProperties Nothing
+CheckError "Nothing is no bag", 91, ""
+c.WriteProperties held
+CheckError "an object without WriteProperty is no bag", 438, ""
+On Error GoTo 0
+
+' The run-time error that asking leaves pending shows in a record that is filled from it.
+item = c.ItemAssign("absent", text)
+Error_Set
+CheckRecord "ItemAssign leaves the error of an absent key pending", 5, "QvRtLibOle"
+item = c.ItemAssign(1, text)
+Error_Set
+CheckRecord "ItemAssign clears what was pending before", 0, ""
+item = c.ItemAssign(9, text)
+item = c.ItemExist(9)
+Error_Set
+CheckRecord "ItemExist leaves no error pending", 0, ""
+item = ItemInCollection(c, 1)
+Error_Set
+CheckRecord "ItemInCollection leaves the error of an item that is no object pending", 424, "QvRtLibOle"
+item = c.ItemAssign("absent", text)
+Check "asking never touches the error state", Check_Error(), False
 
 ' kwDictionary
 Set d = CreateObject("QvRtLibOle.kwDictionary")

@@ -99,12 +99,43 @@ class ForwardingObject : public ClassObject<Interface> {
 
   void* implementation() noexcept override { return &implementation_; }
 
-  // An implementation may have interfaces beyond those that every object has.
+  // An implementation may have interfaces beyond those that every object has...
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
     const HRESULT status = ClassObject<Interface>::QueryInterface(id, object);
-    if constexpr (requires(IUnknown& self) { implementation_.further_interface(self, id, object); }) {
+    if constexpr (requires(IUnknown & self) {
+                    implementation_.further_interface(self, id, object);
+                  }) {
       if (status == E_NOINTERFACE) {
         return implementation_.further_interface(static_cast<Interface&>(*this), id, object);
+      }
+    }
+    return status;
+  }
+  // ...and members beyond its interface for late-bound callers.
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override {
+    const HRESULT status =
+        ClassObject<Interface>::GetIDsOfNames(reserved, names, count, locale, ids);
+    if constexpr (requires { Implementation::further_members(); }) {
+      if (status == DISP_E_UNKNOWNNAME && ids[0] == DISPID_UNKNOWN) {
+        return dispatch::get_ids_of_names(Implementation::further_members(), names, count, ids);
+      }
+    }
+    return status;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* bad_argument) override {
+    const HRESULT status = ClassObject<Interface>::Invoke(id, reserved, locale, flags, parameters,
+                                                          result, exception, bad_argument);
+    if constexpr (requires { Implementation::further_members(); }) {
+      if (status == DISP_E_MEMBERNOTFOUND) {
+        Object<IUnknown> owner;
+        const HRESULT found = QueryInterface(Implementation::kFurtherMembersId,
+                                             reinterpret_cast<void**>(owner.receive()));
+        if (FAILED(found)) return found;
+        return dispatch::invoke(Implementation::further_members(), owner.get(), id, flags,
+                                parameters, result, exception, bad_argument);
       }
     }
     return status;
