@@ -203,6 +203,9 @@ def run_windows(totals, bits, pattern, word):
             f"{bits} cscript {script.name}",
             f"run_wine {bits} cscript //nologo 'examples\\{script.name}' 2>&1 && echo ok {script.stem}",
         )
+    for script in sorted((REPOSITORY / "tests/peers/server").glob("*.sh")):
+        if not word or word in script.name:
+            run_script(totals, f"{bits} peers/{script.name}", f"bash {script} {bits} 2>&1")
     shell(f"run_wine {bits} wineboot -k", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
