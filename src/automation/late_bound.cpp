@@ -77,6 +77,10 @@ Variant call(const Object<IDispatch>& object, const wchar_t* method,
   return invoke(object, member_id(object, method), DISPATCH_METHOD, arguments);
 }
 
+Variant get_default(const Object<IDispatch>& object, std::initializer_list<Variant> arguments) {
+  return invoke(object, DISPID_VALUE, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments);
+}
+
 Method::Method(Object<IDispatch> object, const wchar_t* name)
     : object_(std::move(object)), id_(member_id(object_, name)) {}
 

@@ -18,6 +18,9 @@ void put(const Object<IDispatch>& object, const wchar_t* property, const Variant
 Variant call(const Object<IDispatch>& object, const wchar_t* method,
              std::initializer_list<Variant> arguments = {});
 
+// The value of the default member; for what can be indexed, the item of that index.
+Variant get_default(const Object<IDispatch>& object, std::initializer_list<Variant> arguments = {});
+
 // A member found once, for calls by the thousand.
 class Method {
  public:

@@ -1,12 +1,11 @@
 #include "runtime/comparison.h"
 
+#include <compare>
+
 namespace qv {
 namespace {
 
-template <class Value>
-int order(const Value& a, const Value& b) {
-  return a < b ? -1 : a == b ? 0 : 1;
-}
+using Order = std::partial_ordering;
 
 // What the comparison of an object is about.
 Variant default_value(const Object<IDispatch>& object) {
@@ -35,49 +34,57 @@ Variant as_decimal(const Variant& number) {
                                  : converted(number, VT_DECIMAL);
 }
 
-int compare_as_decimals(const Variant& a, const Variant& b) {
+Order compare_as_decimals(const Variant& a, const Variant& b) {
   const Variant left = as_decimal(a);
   const Variant right = as_decimal(b);
   const HRESULT result = VarDecCmp(&left.raw()->decVal, &right.raw()->decVal);
   check(result);
-  return static_cast<int>(result) - VARCMP_EQ;
+  return static_cast<int>(result) <=> static_cast<int>(VARCMP_EQ);
 }
 
 bool is_single_or_double(VARTYPE type) noexcept { return type == VT_R4 || type == VT_R8; }
 
 // The language brings the two to one type: a Double beside a Single is rounded to it, a number with
 // a fraction beside a Currency or a Decimal becomes one of these.
-int compare_numbers(const Variant& a, const Variant& b) {
+Order compare_numbers(const Variant& a, const Variant& b) {
   const VARTYPE left = a.type();
   const VARTYPE right = b.type();
   const auto either_is = [&](VARTYPE type) { return left == type || right == type; };
-  if (is_whole(left) && is_whole(right)) return order(a.to_long(), b.to_long());
+  if (is_whole(left) && is_whole(right)) return a.to_long() <=> b.to_long();
   if (either_is(VT_DECIMAL)) return compare_as_decimals(a, b);
   if (either_is(VT_CY)) {
-    return order(a.to_currency().ten_thousandths, b.to_currency().ten_thousandths);
+    return a.to_currency().ten_thousandths <=> b.to_currency().ten_thousandths;
   }
   if (either_is(VT_R4) && is_single_or_double(left) && is_single_or_double(right)) {
-    return order(a.to_single(), b.to_single());
+    return a.to_single() <=> b.to_single();
   }
-  return order(a.to_double(), b.to_double());
+  return a.to_double() <=> b.to_double();
 }
 
 // Neither is an object, and both are of a type that compares.
-int compare_plain(const Variant& a, const Variant& b) {
-  if (a.is_text() && b.is_text()) return order(a.text_view(), b.text_view());
-  if (a.is_text()) return b.is_empty() && a.text_view().empty() ? 0 : 1;
-  if (b.is_text()) return a.is_empty() && b.text_view().empty() ? 0 : -1;
+Order compare_plain(const Variant& a, const Variant& b) {
+  if (a.is_text() && b.is_text()) return a.text_view() <=> b.text_view();
+  if (a.is_text())
+    return b.is_empty() && a.text_view().empty() ? Order::equivalent : Order::greater;
+  if (b.is_text()) return a.is_empty() && b.text_view().empty() ? Order::equivalent : Order::less;
   return compare_numbers(a, b);
+}
+
+Order order_of(const Variant& a, const Variant& b) {
+  if (a.is_object()) return order_of(default_value(a.to_object()), b);
+  if (b.is_object()) return order_of(a, default_value(b.to_object()));
+  require_comparable(a);
+  require_comparable(b);
+  return compare_plain(a, b);
 }
 
 }  // namespace
 
 int compare(const Variant& a, const Variant& b) {
-  if (a.is_object()) return compare(default_value(a.to_object()), b);
-  if (b.is_object()) return compare(a, default_value(b.to_object()));
-  require_comparable(a);
-  require_comparable(b);
-  return compare_plain(a, b);
+  const Order order = order_of(a, b);
+  return order < 0 ? -1 : order == 0 ? 0 : 1;
 }
+
+bool is_greater(const Variant& a, const Variant& b) { return order_of(a, b) > 0; }
 
 }  // namespace qv

@@ -12,4 +12,8 @@ namespace qv {
 // without a default value.
 int compare(const Variant& a, const Variant& b);
 
+// The language's >. Only a number that is none (NaN) makes it differ from compare() > 0: that is
+// neither less than, equal to nor greater than anything.
+bool is_greater(const Variant& a, const Variant& b);
+
 }  // namespace qv
