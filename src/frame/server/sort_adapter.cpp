@@ -10,6 +10,29 @@
 namespace qv::server {
 namespace {
 
+// A variable as scripts can take it: they know Variants alone, so of a typed one they get a copy,
+// and what they make of it goes back.
+class LentVariable {
+ public:
+  explicit LentVariable(VARIANT* variable) : variable_(reinterpret_cast<Variant&>(*variable)) {
+    if (is_typed()) copy_ = variable_;
+  }
+
+  Variant reference() { return late_bound::by_reference(is_typed() ? copy_ : variable_); }
+  void give_back() {
+    if (is_typed()) variable_.assign(std::move(copy_));
+  }
+
+ private:
+  bool is_typed() const noexcept {
+    const VARTYPE type = variable_.raw()->vt;
+    return (type & VT_BYREF) != 0 && type != (VT_BYREF | VT_VARIANT);
+  }
+
+  Variant& variable_;
+  Variant copy_;
+};
+
 class SortAdapter final : public _QvSort {
  public:
   explicit SortAdapter(const Object<IDispatch>& helper)
@@ -55,17 +78,22 @@ class SortAdapter final : public _QvSort {
   }
 
   HRESULT STDMETHODCALLTYPE Compare(VARIANT* a1, VARIANT* a2, LONG* result) override {
-    return guarded([&] { *result = compare_({reference(a1), reference(a2)}).to_long(); });
+    return guarded([&] { *result = call(compare_, a1, a2).to_long(); });
   }
   HRESULT STDMETHODCALLTYPE Swap(VARIANT* a1, VARIANT* a2) override {
-    return guarded([&] { swap_({reference(a1), reference(a2)}); });
+    return guarded([&] { call(swap_, a1, a2); });
   }
 
  private:
   ~SortAdapter() { count_object(-1); }
 
-  static Variant reference(VARIANT* variable) {
-    return late_bound::by_reference(reinterpret_cast<Variant&>(*variable));
+  static Variant call(const late_bound::Method& method, VARIANT* a1, VARIANT* a2) {
+    LentVariable first(a1);
+    LentVariable second(a2);
+    Variant answer = method({first.reference(), second.reference()});
+    first.give_back();
+    second.give_back();
+    return answer;
   }
   // What the helper raises is the error of its caller.
   template <class Body>
