@@ -1,0 +1,32 @@
+// companion COMMAND ARGUMENT...: the other process of tests. Each command is one task that a test
+// needs somebody else to do; what it has to tell goes to the standard output, a line each.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qv::companion {
+
+using Arguments = std::vector<std::wstring>;
+// The exit code of the process.
+using Command = int (*)(const Arguments& arguments);
+
+// raw-client PIPE BYTES: sends a message over a pipe by the system's own calls and prints the
+// answer's bytes, or "error" and a number.
+int raw_client(const Arguments& arguments);
+// raw-server PIPE BYTES: makes a pipe by the system's own calls, waits for one message, answers
+// with those bytes, and prints what came.
+int raw_server(const Arguments& arguments);
+// server PIPE COUNT: serves requests by the library, early bound, and prints each result of
+// NPServerRead and NPServerWrite.
+int library_server(const Arguments& arguments);
+// client PIPE DATA: sends a request by the library, early bound, once the server serves, and prints
+// the result and the fields of the answer.
+int library_client(const Arguments& arguments);
+
+// BYTES are written as hexadecimal digits, "+" between pieces and "*COUNT" behind a piece that is
+// repeated: "0700+41*1000"; "-" is no byte.
+std::string bytes_of(const std::wstring& text);
+std::string hex_of(const std::string& bytes);
+
+}  // namespace qv::companion
