@@ -12,8 +12,8 @@ EventSink* EventSink::connect(IUnknown* source, IActiveScript* script, std::wstr
   UINT index = 0;
   auto* sink = new EventSink(script, std::move(prefix));
   const bool connected =
-      SUCCEEDED(source->QueryInterface(IID_IProvideClassInfo2,
-                                       reinterpret_cast<void**>(&classes))) &&
+      SUCCEEDED(
+          source->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(&classes))) &&
       SUCCEEDED(classes->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &sink->events_)) &&
       SUCCEEDED(classes->GetClassInfo(&class_info)) &&
       SUCCEEDED(class_info->GetContainingTypeLib(&library, &index)) &&
@@ -69,8 +69,7 @@ HRESULT EventSink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters,
   if (FAILED(script_->GetScriptDispatch(nullptr, &procedures))) return E_FAIL;
   DISPID procedure = DISPID_UNKNOWN;
   LPOLESTR text = name.data();
-  HRESULT status =
-      procedures->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &procedure);
+  HRESULT status = procedures->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &procedure);
   if (SUCCEEDED(status)) {
     // The script engine takes by-reference arguments as Variants only.
     const UINT count = parameters->cArgs;

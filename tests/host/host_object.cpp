@@ -24,11 +24,13 @@ enum Member : DISPID {
   kPressButton,
   kBoxTitle,
   kBoxText,
+  kStart,
+  kOutput,
 };
-constexpr const wchar_t* kNames[] = {L"Echo",    L"Connect",      L"Disconnect", L"ChrW",
-                                     L"AscW",    L"Sleep",        L"Bytes",      L"Longs",
-                                     L"Strings", L"Empty_Array",  L"Same",       L"VarType",
-                                     L"Missing", L"Press_Button", L"Box_Title",  L"Box_Text"};
+constexpr const wchar_t* kNames[] = {
+    L"Echo",    L"Connect",      L"Disconnect", L"ChrW",        L"AscW",  L"Sleep",
+    L"Bytes",   L"Longs",        L"Strings",    L"Empty_Array", L"Same",  L"VarType",
+    L"Missing", L"Press_Button", L"Box_Title",  L"Box_Text",    L"Start", L"Output"};
 
 std::wstring text_of(const VARIANT& value) {
   VARIANT text;
@@ -194,6 +196,19 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
     case kBoxText: {
       presser_->finish();
       const std::wstring& text = id == kBoxTitle ? presser_->title() : presser_->text();
+      answer.vt = VT_BSTR;
+      answer.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+      break;
+    }
+    case kStart:
+      processes_.push_back(std::make_unique<Process>(text_of(argument(0))));
+      answer.vt = VT_I4;
+      answer.lVal = static_cast<LONG>(processes_.size());
+      break;
+    case kOutput: {
+      const auto index = static_cast<std::size_t>(long_of(argument(0)) - 1);
+      const std::string bytes = processes_[index]->output();
+      const std::wstring text(bytes.begin(), bytes.end());
       answer.vt = VT_BSTR;
       answer.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
       break;

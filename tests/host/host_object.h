@@ -10,6 +10,8 @@
 //   Host.Missing              what a left-out argument is
 //   Host.Press_Button n       presses button n (1 OK, 2 Cancel, ...) of the next message box
 //   Host.Box_Title, Host.Box_Text   what that box showed
+//   Host.Start(command)       starts a program of the tests' folder; its number
+//   Host.Output(number)       waits for that program's end and gives what it has printed
 #pragma once
 
 #include <windows.h>
@@ -21,6 +23,7 @@
 
 #include "host/event_sink.h"
 #include "server/box_presser.h"
+#include "server/process.h"
 
 namespace qv::tests {
 
@@ -46,6 +49,7 @@ class HostObject final : public IDispatch {
   IActiveScript* script_ = nullptr;
   std::vector<EventSink*> sinks_;
   std::unique_ptr<BoxPresser> presser_;
+  std::vector<std::unique_ptr<Process>> processes_;
 };
 
 }  // namespace qv::tests

@@ -30,8 +30,8 @@ constexpr const wchar_t* kGlobalName = L"KwRtLibGlobal";
 constexpr const wchar_t* kConstantsName = L"QvRtLibGlobal";
 
 std::wstring widened(const std::string& bytes) {
-  const int length = MultiByteToWideChar(1252, 0, bytes.data(), static_cast<int>(bytes.size()),
-                                         nullptr, 0);
+  const int length =
+      MultiByteToWideChar(1252, 0, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0);
   std::wstring text(static_cast<std::size_t>(length), L'\0');
   MultiByteToWideChar(1252, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(), length);
   return text;
@@ -130,8 +130,8 @@ int run(int count, wchar_t** names) {
   HRESULT status = CoCreateInstance(kVbScript, nullptr, CLSCTX_INPROC_SERVER, IID_IActiveScript,
                                     reinterpret_cast<void**>(&script));
   if (SUCCEEDED(status)) {
-    status = script->QueryInterface(__uuidof(IActiveScriptParse),
-                                    reinterpret_cast<void**>(&parser));
+    status =
+        script->QueryInterface(__uuidof(IActiveScriptParse), reinterpret_cast<void**>(&parser));
   }
   if (FAILED(status)) {
     std::printf("FAILED no script engine\n");
