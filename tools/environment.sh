@@ -12,7 +12,7 @@ inside32=/qvrt/$(printf %s "$repository" | cksum | cut -d' ' -f1)
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev llvm-14 python3 git ccache
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine wine64 libwine-dev
   googletest libgtest-dev debootstrap xvfb xauth ca-certificates
-  python3-markdown python3-selenium chromium chromium-driver fonts-liberation fonts-wine dynamite libstorm-dev)
+  python3-markdown python3-selenium wixl msitools faketime chromium chromium-driver fonts-liberation fonts-wine dynamite libstorm-dev)
 
 say() { printf '\n== %s\n' "$*"; }
 die() { printf 'error: %s\n' "$*" >&2; exit 1; }
@@ -54,19 +54,20 @@ prepare_root32() {
 }
 
 # in_prefix x64|x86 COMMAND ARGUMENT...: a program of that Wine, with its own prefix below the build
-# tree. The working folder is the repository; paths may be given relative to it.
+# tree (of another name where QVRT_PREFIX gives one). The working folder is the repository; paths may
+# be given relative to it.
 in_prefix() {
-  local bits=$1
+  local bits=$1 prefix=build/${QVRT_PREFIX:-wine}-$1
   shift
   local settings=(WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES=mscoree,mshtml=
     LC_ALL="${QVRT_LOCALE:-C.UTF-8}" TZ="${QVRT_ZONE:-UTC0}" HOME=/tmp OANOCACHE="${OANOCACHE:-}")
   [ -n "${OANOCACHE:-}" ] || unset 'settings[5]'
   if [ "$bits" = x64 ]; then
     (cd "$repository" &&
-      env "${settings[@]}" WINEPREFIX="$build/wine-x64" ${DISPLAY:+DISPLAY="$DISPLAY"} "$@")
+      env "${settings[@]}" WINEPREFIX="$repository/$prefix" ${DISPLAY:+DISPLAY="$DISPLAY"} "$@")
   else
     chroot "$root32" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin "${settings[@]}" WINEARCH=win32 \
-      WINEPREFIX="$inside32/build/wine-x86" sh -c "cd $inside32 && exec \"\$@\"" sh "$@"
+      WINEPREFIX="$inside32/$prefix" sh -c "cd $inside32 && exec \"\$@\"" sh "$@"
   fi
 }
 
@@ -77,22 +78,27 @@ run_wine() {
   in_prefix "$bits" wine "$@"
 }
 
-# A throw-away prefix with no display (windows and messages work without one), the server in it.
+# fresh_prefix x64|x86: a new prefix with no display (windows and messages work without one).
+fresh_prefix() {
+  local bits=$1
+  local folder=$build/${QVRT_PREFIX:-wine}-$bits
+  say "making a Wine prefix for $bits"
+  rm -rf "$folder"
+  mkdir -p "$folder"
+  in_prefix "$bits" wineboot -i > "$build/wineboot-$bits.log" 2>&1 ||
+    { tail -5 "$build/wineboot-$bits.log"; die "wineboot failed"; }
+  run_wine "$bits" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null 2>&1
+  # The desktop that stands already has looked for a display, and outlives its processes: only a
+  # new server makes another.
+  in_prefix "$bits" wineserver -k || true
+  in_prefix "$bits" wineserver -w
+  touch "$folder/.complete"
+}
+
+# A throw-away prefix with the server in it.
 prepare_prefix() {
   local bits=$1
-  if [ ! -e "$build/wine-$bits/.complete" ]; then
-    say "making a Wine prefix for $bits"
-    rm -rf "$build/wine-$bits"
-    mkdir -p "$build/wine-$bits"
-    run_wine "$bits" wineboot -i > "$build/wineboot-$bits.log" 2>&1 ||
-      { tail -5 "$build/wineboot-$bits.log"; die "wineboot failed"; }
-    run_wine "$bits" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null 2>&1
-    # The desktop that stands already has looked for a display, and outlives its processes: only a
-    # new server makes another.
-    in_prefix "$bits" wineserver -k || true
-    in_prefix "$bits" wineserver -w
-    touch "$build/wine-$bits/.complete"
-  fi
+  [ -e "$build/${QVRT_PREFIX:-wine}-$bits/.complete" ] || fresh_prefix "$bits"
   run_wine "$bits" regsvr32 /s "build\\$bits\\QvRtLibOle.dll" ||
     die "the $bits server did not register"
 }
