@@ -147,9 +147,12 @@ def run_docs(totals):
 
 
 def run_reference_examples(totals, bits, path):
-    """One file of the reference's examples: what each block shows is what it says."""
-    blocks = [lines for _, lines in examples.blocks_of(path.read_text("latin-1"))]
-    program = BUILD / "examples" / path.name
+    """One file of the reference's examples, or a guide: what each block shows is what it says."""
+    text = path.read_text("latin-1")
+    blocks = [lines for _, lines in examples.blocks_of(text)]
+    if path.suffix == ".md":
+        blocks = [examples.guide_blocks(text)]
+    program = BUILD / "examples" / f"{path.stem}.vbs"
     program.parent.mkdir(parents=True, exist_ok=True)
     program.write_text(examples.program_of(blocks), "latin-1")
     host = f"build/{bits}/tests/server/script_host.exe"
@@ -159,7 +162,7 @@ def run_reference_examples(totals, bits, path):
         shown[int(number)].append(value.rstrip())
     wrong = [(lines, got) for lines, got in zip(blocks, shown) if examples.expected_of(lines) != got]
     totals.add(len(blocks) - len(wrong), len(wrong))
-    print(f"{bits} docs/examples/{path.name}: {len(blocks) - len(wrong)} passed, {len(wrong)} failed")
+    print(f"{bits} {path.relative_to(REPOSITORY)}: {len(blocks) - len(wrong)} passed, {len(wrong)} failed")
     for lines, got in wrong:
         print("\n".join(lines), f"\n  shows: {got}")
     if wrong and not output.endswith("done\n"):
@@ -194,7 +197,8 @@ def run_windows(totals, bits, pattern, word):
                 f"run_wine {bits} {program}/script_host.exe tests/scripts/support/checks.vbs {path} 2>&1",
                 environment,
             )
-    for path in scripts_matching(REPOSITORY / "docs/examples", word):
+    guides = [p for p in sorted((REPOSITORY / "docs/guide").glob("*.md")) if word in p.name]
+    for path in scripts_matching(REPOSITORY / "docs/examples", word) + guides:
         run_reference_examples(totals, bits, path)
     # What users run: the examples, on the platform's own host.
     for script in scripts_matching(REPOSITORY / "examples", word):

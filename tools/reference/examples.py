@@ -31,6 +31,11 @@ def all_blocks(folder):
     ]
 
 
+def guide_blocks(text):
+    """The tested blocks of a guide (fenced as vbs), which go on from each other, as one."""
+    return [line for block in re.findall(r"^```vbs\n(.*?)^```", text, re.M | re.S) for line in block.split("\n")]
+
+
 def expected_of(lines):
     return [match[1].rstrip() for line in lines if (match := RESULT.search(line))]
 

@@ -71,6 +71,8 @@ def default_text(library, parameter):
     value = parameter.default
     if parameter.type == "VARIANT_BOOL":
         return "False" if value == "0" else "True"
+    if parameter.type.endswith("*"):
+        return "Nothing"
     for enumeration in library.enumerations:
         if enumeration.name == parameter.type:
             names = [name for name, number, _ in enumeration.values if number == value]
