@@ -59,7 +59,7 @@ prepare_root32() {
 in_prefix() {
   local bits=$1 prefix=build/${QVRT_PREFIX:-wine}-$1
   shift
-  local settings=(WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES=mscoree,mshtml=
+  local settings=(WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=
     LC_ALL="${QVRT_LOCALE:-C.UTF-8}" TZ="${QVRT_ZONE:-UTC0}" HOME=/tmp OANOCACHE="${OANOCACHE:-}")
   [ -n "${OANOCACHE:-}" ] || unset 'settings[5]'
   if [ "$bits" = x64 ]; then
