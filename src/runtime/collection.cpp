@@ -62,11 +62,11 @@ class Collection::Items : public native::ordered::KeyedList<Variant> {
 
   Long count() const noexcept { return static_cast<Long>(size()); }
 
+  bool is_inside(Long position) const noexcept { return position >= 1 && position <= count(); }
   ItemId locate(const Index& index, Long& error) const noexcept {
     error = index.absent();
-    if (index.is_key) return KeyedList::find(units(index.key));
-    const bool inside = index.position >= 1 && index.position <= count();
-    return inside ? at(zero_based(index.position)) : kNoItem;
+    if (index.is_key) return find(units(index.key));
+    return is_inside(index.position) ? at(zero_based(index.position)) : kNoItem;
   }
   // The item's place, from 0.
   std::size_t place_of(const Variant& index) const {
@@ -186,12 +186,19 @@ ItemId Collection::locate(const Variant& index, Long& error) const {
 }
 
 void Collection::remove(const Variant& index) {
-  Long error = 0;
-  const ItemId id = locate(index, error);
-  if (id == kNoItem) raise(error);
-  // The value ends last, and what its end sets off finds the collection without it and may drop it.
+  const Index meant = read_index(index);
+  if (items_ == nullptr) raise(meant.absent());
+  // The value ends last: what its end sets off finds the collection without it, and may drop it.
   const std::shared_ptr<Items> all = items_;
-  const Variant gone = all->erase(id);
+  Variant gone;
+  if (meant.is_key) {
+    const ItemId id = all->find(units(meant.key));
+    if (id == kNoItem) raise(meant.absent());
+    gone = all->erase(id);
+  } else {
+    if (!all->is_inside(meant.position)) raise(meant.absent());
+    gone = all->erase_at(zero_based(meant.position));
+  }
 }
 
 const Variant* Collection::find(const Variant& index, Long& error) const noexcept {

@@ -81,20 +81,13 @@ class KeyedList {
 
   // The item must be in; its value is the caller's now.
   Value erase(ItemId id) noexcept {
-    Node& gone = node(id);
-    if (!cursors_.empty()) {
-      const std::size_t position = order_.position_of(id);
-      for (std::size_t* cursor : cursors_) {
-        if (position < *cursor) --*cursor;
-      }
-    }
-    if (gone.key_length != kNoKey) index_.erase(gone.hash, id);
-    order_.erase(id);
-    Value value = std::move(*gone.value());
-    end_node(gone);
-    gone.set_next_free(first_free_);
-    first_free_ = id;
-    return value;
+    const std::size_t position = cursors_.empty() ? 0 : order_.position_of(id);
+    return take_out(id, order_.place_of_item(id), position);
+  }
+  // position < size().
+  Value erase_at(std::size_t position) noexcept {
+    const Sequence::Place place = order_.place_of(position);
+    return take_out(order_.item_at(place), place, position);
   }
 
   // A cursor is a number of items passed. While it is attached it follows its place: items that go
@@ -197,6 +190,22 @@ class KeyedList {
           ::operator new(chunk_nodes(chunk) * sizeof(Node), std::align_val_t(alignof(Node))));
     }
     return used_ids_;
+  }
+
+  // The position matters only to cursors.
+  Value take_out(ItemId id, Sequence::Place place, std::size_t position) noexcept {
+    Node& gone = node(id);
+    __builtin_prefetch(&gone);
+    for (std::size_t* cursor : cursors_) {
+      if (position < *cursor) --*cursor;
+    }
+    order_.erase(place);
+    if (gone.key_length != kNoKey) index_.erase(gone.hash, id);
+    Value value = std::move(*gone.value());
+    end_node(gone);
+    gone.set_next_free(first_free_);
+    first_free_ = id;
+    return value;
   }
 
   static void end_node(Node& gone) noexcept {

@@ -41,16 +41,12 @@ Sequence::Place Sequence::place_of(std::size_t position) const noexcept {
   return {node, left};
 }
 
-ItemId Sequence::at(std::size_t position) const noexcept {
-  const Place place = place_of(position);
-  return leaves_[place.leaf].items[place.index];
-}
-
-std::uint32_t Sequence::index_in_leaf(ItemId id) const noexcept {
-  const Leaf& leaf = leaves_[leaf_of_[id]];
+Sequence::Place Sequence::place_of_item(ItemId id) const noexcept {
+  const Node node = leaf_of_[id];
+  const Leaf& leaf = leaves_[node];
   std::uint32_t index = 0;
   while (leaf.items[index] != id) ++index;
-  return index;
+  return {node, index};
 }
 
 std::uint32_t Sequence::slot_of(const Inner& parent, Node child) const noexcept {
@@ -61,8 +57,9 @@ std::uint32_t Sequence::slot_of(const Inner& parent, Node child) const noexcept 
 }
 
 std::size_t Sequence::position_of(ItemId id) const noexcept {
-  std::size_t position = index_in_leaf(id);
-  Node node = leaf_of_[id];
+  const Place place = place_of_item(id);
+  std::size_t position = place.index;
+  Node node = place.leaf;
   for (Node parent = leaves_[node].parent; parent != kNone; parent = inners_[node].parent) {
     const Inner& inner = inners_[parent];
     const auto slot = static_cast<std::ptrdiff_t>(slot_of(inner, node));
@@ -202,14 +199,13 @@ Sequence::Node Sequence::split_inner(unsigned level, Node left) noexcept {
   return right;
 }
 
-void Sequence::erase(ItemId id) noexcept {
-  const Node node = leaf_of_[id];
-  Leaf& leaf = leaves_[node];
-  erase_from_row(leaf.items, leaf.count, index_in_leaf(id));
+void Sequence::erase(Place place) noexcept {
+  Leaf& leaf = leaves_[place.leaf];
+  erase_from_row(leaf.items, leaf.count, place.index);
   --leaf.count;
   --size_;
-  count_up(node, static_cast<std::uint32_t>(-1));
-  tidy(0, node);
+  count_up(place.leaf, static_cast<std::uint32_t>(-1));
+  tidy(0, place.leaf);
 }
 
 // Keeps the tree low: a node that holds nothing goes, and neighbours that together fill no more

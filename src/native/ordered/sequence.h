@@ -14,17 +14,30 @@ namespace qv::native::ordered {
 // Items are numbers that the owner chooses, best without gaps: the sequence keeps one word for each
 // number up to the greatest. Positions count from 0. At most 2^32 - 2 items.
 class Sequence {
+  using Node = std::uint32_t;  // index of a leaf or of an inner node, by the level it stands at
+
  public:
+  // Where an item lies; good until the sequence changes.
+  struct Place {
+    Node leaf;
+    std::uint32_t index;
+  };
+
   Sequence();
 
   std::size_t size() const noexcept { return size_; }
+  // position < size(); for insertion also position == size().
+  Place place_of(std::size_t position) const noexcept;
+  // The item must be in.
+  Place place_of_item(ItemId id) const noexcept;
+  ItemId item_at(Place place) const noexcept { return leaves_[place.leaf].items[place.index]; }
   // position < size().
-  ItemId at(std::size_t position) const noexcept;
+  ItemId at(std::size_t position) const noexcept { return item_at(place_of(position)); }
   // The item must be in.
   std::size_t position_of(ItemId id) const noexcept;
   // position <= size(); the item must not be in. Without memory it throws and nothing has changed.
   void insert(std::size_t position, ItemId id);
-  void erase(ItemId id) noexcept;
+  void erase(Place place) noexcept;
 
   // Calls visit(id) for every item in order.
   template <class Visit>
@@ -33,7 +46,6 @@ class Sequence {
   }
 
  private:
-  using Node = std::uint32_t;  // index of a leaf or of an inner node, by the level it stands at
   static constexpr Node kNone = 0xFFFFFFFF;
   static constexpr std::uint32_t kLeafCapacity = 62;
   static constexpr std::uint32_t kInnerCapacity = 31;
@@ -49,10 +61,6 @@ class Sequence {
     std::array<Node, kInnerCapacity> children;
     std::array<std::uint32_t, kInnerCapacity> sizes;  // items below each child
   };
-  struct Place {
-    Node leaf;
-    std::uint32_t index;
-  };
 
   template <class Visit>
   void visit_below(unsigned level, Node node, Visit& visit) const {
@@ -67,8 +75,6 @@ class Sequence {
     }
   }
 
-  Place place_of(std::size_t position) const noexcept;
-  std::uint32_t index_in_leaf(ItemId id) const noexcept;
   std::uint32_t slot_of(const Inner& parent, Node child) const noexcept;
   Node& parent_of(unsigned level, Node node) noexcept;
   std::uint32_t count_of(unsigned level, Node node) const noexcept;

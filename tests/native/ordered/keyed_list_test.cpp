@@ -108,7 +108,8 @@ void run_against_model(unsigned seed, std::size_t steps, std::size_t check_every
     } else {
       std::size_t position = random() % size;
       if (random() % 3 == 0) position = size / 2;
-      const auto value = list.erase(list.at(position));
+      const auto value =
+          random() % 2 == 0 ? list.erase(list.at(position)) : list.erase_at(position);
       ASSERT_EQ(*value, model.items[position].value);
       model.erase(position);
     }
