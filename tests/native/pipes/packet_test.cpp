@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -17,8 +18,8 @@ using zlog::format_example;
 
 Bytes packet(const Head& head, const Bytes& data) {
   const auto packed = packed_head(head);
-  Bytes bytes(packed.begin(), packed.end());
-  bytes.insert(bytes.end(), data.begin(), data.end());
+  Bytes bytes(packed.size() + data.size());
+  std::copy(data.begin(), data.end(), std::copy(packed.begin(), packed.end(), bytes.begin()));
   return bytes;
 }
 
