@@ -87,6 +87,7 @@ class Extractor {
     std::int64_t position = file_numbers::position(archive_.number());
     for (std::size_t i = 0; i < head().entries.size(); ++i) {
       const cpr::ArchiveEntry& entry = head().entries[i];
+      if (position < 1) archive_.refuse();
       file_numbers::seek(archive_.number(), position);
       tell(i, 0);
       extract_selected(i);
@@ -181,8 +182,6 @@ class Extractor {
       return true;
     };
     switch (cpr::unpack_entry(archive, file, entry, progress)) {
-      case cpr::EntryCode::source_ended:
-        archive.raise_failure();
       case cpr::EntryCode::sink_failed:
         file.raise_failure();
       case cpr::EntryCode::bad_dictionary:
@@ -191,6 +190,10 @@ class Extractor {
         refuse_block(cpr::CoderCode::bad_mode);
       case cpr::EntryCode::damaged:
         refuse_block(cpr::CoderCode::damaged);
+      case cpr::EntryCode::source_ended:
+        if (archive.has_failed()) archive.raise_failure();
+        // Bytes that the archive has lost are as wrong as others.
+        [[fallthrough]];
       case cpr::EntryCode::crc_differs:
         raise({.number = kCrcDiffers, .description = concat({L"Errore di CRC nel file ", stored})});
       default:

@@ -95,15 +95,17 @@ void keep_target_out_of(const std::vector<Text>& sources, const Text& target) {
   }
 }
 
+[[noreturn]] void refuse_size(const Text& name) {
+  raise({.number = kOverflow, .description = concat({L"Il file ", name, L" supera i 2 GB."})});
+}
+
 Long file_length(const Text& name) {
   WIN32_FILE_ATTRIBUTE_DATA facts{};
   if (GetFileAttributesExW(system_name(name).c_str(), GetFileExInfoStandard, &facts) == FALSE) {
     raise_file_error(name.c_str());
   }
   const auto length = std::uint64_t{facts.nFileSizeHigh} << 32 | facts.nFileSizeLow;
-  if (length > kLargest) {
-    raise({.number = kOverflow, .description = concat({L"Il file ", name, L" supera i 2 GB."})});
-  }
+  if (length > kLargest) refuse_size(name);
   return static_cast<Long>(length);
 }
 
@@ -157,6 +159,7 @@ class ArchiveWriter {
       head_.entries.emplace_back().name = stored_name(paths_.back(), cpr::entry_name_fits);
     }
     for (std::size_t i = 0; i < paths_.size(); ++i) read_facts(paths_[i], head_.entries[i]);
+    if (cpr::first_data_position(head_) > kLargest) refuse_size(target_);
     write_head();
     for (std::size_t i = 0; i < paths_.size(); ++i) write_entry(i);
     file_numbers::seek(archive_, 1);
@@ -171,8 +174,7 @@ class ArchiveWriter {
  private:
   void write_head() {
     // Every name has been found to fit.
-    const auto bytes = cpr::encode_head(head_).value();
-    file_numbers::put(archive_, bytes);
+    file_numbers::put(archive_, cpr::encode_head(head_).value());
   }
 
   void tell(std::size_t index, Long percent) {
@@ -188,13 +190,15 @@ class ArchiveWriter {
     cpr::ArchiveEntry& entry = head_.entries[index];
     tell(index, 0);
     if (!entry.is_directory()) write_contents(index);
-    const std::int64_t position = file_numbers::position(archive_);
-    if (static_cast<std::uint64_t>(position) > kLargest) {
-      raise(
-          {.number = kOverflow, .description = concat({L"Il file ", target_, L" supera i 2 GB."})});
-    }
-    entry.next_position = static_cast<Long>(position);
+    entry.next_position = position();
     frame::File_CloseRetry(source_);
+  }
+
+  // Behind what has been written.
+  Long position() const {
+    const std::int64_t position = file_numbers::position(archive_);
+    if (static_cast<std::uint64_t>(position) > kLargest) refuse_size(target_);
+    return static_cast<Long>(position);
   }
 
   void write_contents(std::size_t index) {
@@ -206,6 +210,7 @@ class ArchiveWriter {
     FileSource file(source_);
     FileSink archive(archive_);
     const auto progress = [&](std::uint64_t read_bytes) {
+      position();
       tell(index, percentage(read_bytes, static_cast<std::uint64_t>(entry.size_bytes)));
       return true;
     };

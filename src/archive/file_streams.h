@@ -14,6 +14,8 @@ class FileStream {
  public:
   explicit FileStream(Long number) noexcept : number_(number) {}
 
+  // Not so at the end of the file.
+  bool has_failed() const noexcept { return failure_.has_value(); }
   // Raises what the stream failed with; 62, "Input past end of file", where it ended without.
   [[noreturn]] void raise_failure() const;
 

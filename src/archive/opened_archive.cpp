@@ -21,11 +21,11 @@ constexpr Long kLaterVersion = frame::kFirstApplicationError + 1;
 
 }  // namespace
 
-OpenedArchive::OpenedArchive(const Text& source) {
-  open(source);
+OpenedArchive::OpenedArchive(const Text& source) : source_(source) {
+  open();
   try {
     length_bytes_ = static_cast<std::uint64_t>(file_numbers::length_bytes(number_));
-    read_head(source);
+    read_head();
   } catch (...) {
     frame::File_CloseRetry(number_);
     throw;
@@ -34,16 +34,16 @@ OpenedArchive::OpenedArchive(const Text& source) {
 
 OpenedArchive::~OpenedArchive() { frame::File_CloseRetry(number_); }
 
-void OpenedArchive::open(const Text& source) {
+void OpenedArchive::open() {
   Long record_length = 0;
-  const Long refusal = frame::File_OpenRetry(source, O_RDONLY | O_BINARY, SH_DENYNO, record_length,
+  const Long refusal = frame::File_OpenRetry(source_, O_RDONLY | O_BINARY, SH_DENYNO, record_length,
                                              number_, kPermissionDenied);
   if (refusal != 0) {
-    raise({.number = refusal, .description = concat({L"Impossibile aprire il file ", source})});
+    raise({.number = refusal, .description = concat({L"Impossibile aprire il file ", source_})});
   }
 }
 
-void OpenedArchive::read_head(const Text& source) {
+void OpenedArchive::read_head() {
   FileSource stream(number_);
   cpr::DecodedHead decoded = cpr::decode_head(stream);
   switch (decoded.code) {
@@ -51,15 +51,18 @@ void OpenedArchive::read_head(const Text& source) {
       break;
     case cpr::HeadCode::later_version:
       raise({.number = kLaterVersion,
-             .description = concat({L"Il file ", source,
+             .description = concat({L"Il file ", source_,
                                     L" è stato realizzato con una versione posteriore del "
                                     L"programma."})});
     default:
-      raise({.number = kNoArchive,
-             .description =
-                 concat({L"Il file ", source, L" non è un file compresso o è corrotto."})});
+      refuse();
   }
   head_ = std::move(decoded.head);
+}
+
+void OpenedArchive::refuse() const {
+  raise({.number = kNoArchive,
+         .description = concat({L"Il file ", source_, L" non è un file compresso o è corrotto."})});
 }
 
 Text text_of_stored(std::string_view stored) {

@@ -17,15 +17,19 @@ class OpenedArchive {
   OpenedArchive& operator=(const OpenedArchive&) = delete;
   ~OpenedArchive();
 
+  // Raises 20000: no archive, or a damaged one.
+  [[noreturn]] void refuse() const;
+
   // Among the language's file numbers.
   Long number() const noexcept { return number_; }
   std::uint64_t length_bytes() const noexcept { return length_bytes_; }
   const native::cpr::ArchiveHead& head() const noexcept { return head_; }
 
  private:
-  void open(const Text& source);
-  void read_head(const Text& source);
+  void open();
+  void read_head();
 
+  Text source_;
   Long number_ = 0;
   std::uint64_t length_bytes_ = 0;
   native::cpr::ArchiveHead head_;

@@ -75,7 +75,8 @@ TEST_F(HostileArchive, position_before_the_file_is_refused) {
     bytes.replace(279, 4, image(position));
     make_file(L"a.kwc", bytes);
     EXPECT_TRUE(unzip(0));
-    expect_record(63, kSource, L"Bad record number");
+    expect_record(20000, kSource,
+                  L"Il file " + path(L"a.kwc") + L" non è un file compresso o è corrotto.");
     EXPECT_EQ(names_in(L"out"), (Names{L"a.txt", L"kept.txt"}));
   }
 }
@@ -87,7 +88,7 @@ TEST_F(HostileArchive, position_behind_the_file_is_refused) {
   bytes.replace(279, 4, image<std::int32_t>(INT32_MAX));
   make_file(L"a.kwc", bytes);
   EXPECT_TRUE(unzip(0));
-  expect_record(62, kSource, L"Input past end of file");
+  expect_record(20002, kSource, L"Errore di CRC nel file b.txt");
 }
 
 TEST_F(HostileArchive, counts_beyond_the_file_take_no_memory_and_are_refused) {
@@ -103,6 +104,21 @@ TEST_F(HostileArchive, counts_beyond_the_file_take_no_memory_and_are_refused) {
     EXPECT_TRUE(unzip(0));
     expect_record(20000, kSource,
                   L"Il file " + path(L"a.kwc") + L" non è un file compresso o è corrotto.");
+  }
+}
+
+// The system keeps these names for devices, in every folder.
+TEST_F(HostileArchive, names_of_devices_are_no_files) {
+  for (const char* name : {"NUL", "con.txt", "sub\\COM1", "aux", "LPT1.log"}) {
+    for (const LONG flags : {0L, kStorePath}) {
+      make_archive(std::string("C:\\Dati\\") + name);
+      EXPECT_TRUE(unzip(flags)) << name;
+      EXPECT_EQ(contents(L"out\\kept.txt"), "kept");
+      for (const auto& left : names_in(L"out")) {
+        EXPECT_TRUE(left == L"kept.txt" || left == L"sub") << name;
+      }
+      global_->Reset_Error();
+    }
   }
 }
 

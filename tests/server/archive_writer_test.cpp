@@ -282,6 +282,50 @@ TEST_F(FileZip, source_that_is_locked_for_a_moment_is_waited_for) {
   EXPECT_EQ(events.told().size(), 2U);
 }
 
+TEST_F(FileZip, source_that_stays_locked_is_told_by_name_and_the_archive_deleted) {
+  make_file(L"a.txt", "ciao");
+  const auto zipper = create<_ZipFile>(CLSID_ZipFile);
+  std::optional<FileHolder> holder;
+  const ZipEvents events(zipper.get(), [&](const ZipEvent& event) {
+    if (event.arguments[1] == 0) holder.emplace(path(L"a.txt").c_str(), 20000);
+    return false;
+  });
+  EXPECT_TRUE(zip_with(zipper, path(L"a.txt").c_str()));
+  EXPECT_FALSE(exists(L"a.kwc"));
+  expect_record(70, kSource, L"Errore di accesso al file " + path(L"a.txt"));
+}
+
+TEST_F(FileZip, target_that_is_locked_stays_as_it_was) {
+  make_file(L"a.txt", "ciao");
+  make_file(L"a.kwc", "what was there");
+  {
+    const FileHolder holder(path(L"a.kwc").c_str(), 20000);
+    EXPECT_TRUE(zip(path(L"a.txt").c_str()));
+  }
+  EXPECT_EQ(contents(L"a.kwc"), "what was there");
+  expect_record(70, kSource, L"Impossibile creare il file " + path(L"a.kwc"));
+}
+
+TEST_F(FileZip, folder_in_the_place_of_the_target_is_kept) {
+  make_file(L"a.txt", "ciao");
+  make_folder(L"a.kwc");
+  make_file(L"a.kwc\\kept.txt", "kept");
+  EXPECT_TRUE(zip(path(L"a.txt").c_str()));
+  EXPECT_EQ(contents(L"a.kwc\\kept.txt"), "kept");
+  LONG number = 0;
+  String description;
+  global_->Error_Number(&number);
+  global_->Error_Description(&description);
+  EXPECT_EQ(number, 75);
+  EXPECT_EQ(description.view(), L"Impossibile creare il file " + path(L"a.kwc"));
+}
+
+TEST_F(FileZip, missing_parent_folder_is_stored_all_the_same) {
+  make_file(L"a.txt", "ciao");
+  ASSERT_FALSE(zip(path(L"a.txt").c_str(), L"a.kwc", path(L"missing")));
+  EXPECT_EQ(contents(L"a.kwc").substr(10, 255), HandMade::field(narrow(L"missing") + "\\"));
+}
+
 TEST_F(FileZip, missing_source_is_told_by_the_opener_and_the_archive_deleted) {
   make_file(L"a.txt", "ciao");
   make_file(L"a.kwc", "what was there");
