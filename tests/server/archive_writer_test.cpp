@@ -112,6 +112,18 @@ TEST_F(FileZip, entry_tells_the_facts_of_its_file) {
   EXPECT_NEAR(entry.created, today, 0.01);
 }
 
+// What GetFileVersion says of a file without a version is recorded, and the work goes on.
+TEST_F(FileZip, file_without_a_version_leaves_that_in_the_record) {
+  make_file(L"a.txt", "ciao");
+  ASSERT_FALSE(zip(path(L"a.txt").c_str()));
+  LONG number = 0;
+  String source;
+  global_->Error_Number(&number);
+  global_->Error_Source(&source);
+  EXPECT_EQ(number, 20000);
+  EXPECT_EQ(source.view(), L"KwRtLibMod.GetFileVersion");
+}
+
 TEST_F(FileZip, version_of_a_program_is_stored) {
   wchar_t system[kLongestPath];
   GetSystemDirectoryW(system, kLongestPath);
