@@ -7,6 +7,7 @@
 #include "frame/error_state.h"
 #include "frame/global_object.h"
 #include "native/rtlib/path.h"
+#include "runtime/characters.h"
 #include "runtime/directory.h"
 #include "runtime/err.h"
 #include "runtime/file_errors.h"
@@ -16,22 +17,14 @@ namespace {
 
 namespace rtlib = native::rtlib;
 
-static_assert(sizeof(wchar_t) == sizeof(char16_t));
-std::u16string_view as_char16(std::wstring_view text) {
-  return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
-}
-std::wstring_view as_wide(std::u16string_view text) {
-  return {reinterpret_cast<const wchar_t*>(text.data()), text.size()};
-}
-
 // Copies of the components: the variables that receive them may be the one that held the path.
 struct Components {
   explicit Components(const Text& path) {
-    const auto parts = rtlib::split_path(as_char16(path));
-    drive = as_wide(parts.drive);
-    dir = as_wide(parts.dir);
-    name = as_wide(parts.fname);
-    ext = as_wide(parts.ext);
+    const auto parts = rtlib::split_path(code_units(path));
+    drive = wide_characters(parts.drive);
+    dir = wide_characters(parts.dir);
+    name = wide_characters(parts.fname);
+    ext = wide_characters(parts.ext);
   }
 
   Text drive;
@@ -44,8 +37,8 @@ Text joined(std::wstring_view drive, std::wstring_view dir, std::wstring_view na
             std::wstring_view ext) {
   std::array<char16_t, rtlib::kMaxPath> path;
   const std::size_t length = rtlib::make_path<char16_t>(
-      {as_char16(drive), as_char16(dir), as_char16(name), as_char16(ext)}, path);
-  return Text(as_wide({path.data(), length}));
+      {code_units(drive), code_units(dir), code_units(name), code_units(ext)}, path);
+  return Text(wide_characters({path.data(), length}));
 }
 
 void assign_if_given(Variant& variable, Text& component) {
@@ -129,8 +122,9 @@ Boolean FullPath(Text& Buffer, const Text& PathName) {
   const bool names_a_drive = path.size() >= 2 && path[1] == L':';
   const Text current = cur_dir(names_a_drive ? path.substr(0, 1) : std::wstring_view());
   std::array<char16_t, rtlib::kMaxPath> full;
-  const auto length = rtlib::full_path<char16_t>(as_char16(path), as_char16(current), full);
-  Buffer = length ? Text(as_wide({full.data(), *length})) : Text::filled(full.size() + 1, L' ');
+  const auto length = rtlib::full_path<char16_t>(code_units(path), code_units(current), full);
+  Buffer =
+      length ? Text(wide_characters({full.data(), *length})) : Text::filled(full.size() + 1, L' ');
   return !length.has_value();
 }
 

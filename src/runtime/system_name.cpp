@@ -1,10 +1,16 @@
 #include "runtime/system_name.h"
 
+#include "runtime/characters.h"
+
 namespace qv {
 namespace {
 
 // A folder must leave room for a name of 12 characters behind it, so its limit is the lower one.
 constexpr std::size_t kShortFolder = MAX_PATH - 12;
+
+constexpr std::wstring_view kPrefix = L"\\\\?\\";
+constexpr std::wstring_view kServerPrefix = L"\\\\?\\UNC\\";
+constexpr std::wstring_view kDevicePrefix = L"\\\\.\\";
 
 bool starts_with_separators(std::wstring_view name) {
   return name.starts_with(L"\\\\") || name.starts_with(L"//");
@@ -20,12 +26,10 @@ bool is_short(std::wstring_view name) {
          name.size() + GetCurrentDirectoryW(0, nullptr) < kShortFolder;
 }
 
-Text up_to_character_0(std::wstring_view name) { return Text(name.substr(0, name.find(L'\0'))); }
-
 }  // namespace
 
 Text absolute_name(std::wstring_view name) {
-  const Text given = up_to_character_0(name);
+  const Text given = before_character_0(name);
   const DWORD size = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
   if (size == 0) return given;
   Text full = Text::uninitialized(size - 1);
@@ -36,14 +40,21 @@ Text absolute_name(std::wstring_view name) {
 }
 
 Text system_name(std::wstring_view name) {
-  Text given = up_to_character_0(name);
+  Text given = before_character_0(name);
   if (is_short(given)) return given;
   const Text full = absolute_name(given);
   const auto path = full.view();
   if (path.size() < kShortFolder) return given;
-  if (path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\")) return full;
-  if (path.starts_with(L"\\\\")) return concat({L"\\\\?\\UNC\\", path.substr(2)});
-  return concat({L"\\\\?\\", path});
+  if (path.starts_with(kPrefix) || path.starts_with(kDevicePrefix)) return full;
+  if (path.starts_with(L"\\\\")) return concat({kServerPrefix, path.substr(2)});
+  return concat({kPrefix, path});
+}
+
+Text common_name(std::wstring_view name) {
+  if (name.starts_with(kServerPrefix)) {
+    return concat({L"\\\\", name.substr(kServerPrefix.size())});
+  }
+  return Text(name.starts_with(kPrefix) ? name.substr(kPrefix.size()) : name);
 }
 
 }  // namespace qv

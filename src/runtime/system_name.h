@@ -13,4 +13,7 @@ Text absolute_name(std::wstring_view name);
 // where the services would stop reading.
 Text system_name(std::wstring_view name);
 
+// A name that a service gave back for one of those, as people write it: without the prefix.
+Text common_name(std::wstring_view name);
+
 }  // namespace qv
