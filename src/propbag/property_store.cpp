@@ -1,7 +1,5 @@
 #include "propbag/property_store.h"
 
-#include <windows.h>
-
 #include <array>
 #include <bit>
 #include <limits>
@@ -10,6 +8,7 @@
 #include "automation/bytes.h"
 #include "frame/error_state.h"
 #include "native/bags/directory.h"
+#include "runtime/characters.h"
 #include "runtime/comparison.h"
 #include "text/codecs.h"
 #include "text/typed_buffers.h"
@@ -21,15 +20,6 @@ using native::bags::kEntryOverhead;
 using native::bags::kEntryStart;
 using native::bags::kNameEnd;
 using native::bags::kPositionBytes;
-
-// Names are compared without case in this way, and stored so.
-Text upper_case(const Text& name) {
-  if (name.empty()) return {};
-  Text upper = Text::uninitialized(name.size());
-  LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_UPPERCASE, name.data(), static_cast<int>(name.size()),
-               upper.data(), static_cast<int>(upper.size()));
-  return upper;
-}
 
 Long position_in(std::wstring_view characters) {
   Text bytes(characters.substr(0, kPositionBytes));

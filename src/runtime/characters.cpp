@@ -28,6 +28,14 @@ const ByteClass& letters_and_digits_of_code_page() {
   return marks;
 }
 
+Text upper_case(std::wstring_view text) {
+  if (text.empty()) return {};
+  Text upper = Text::uninitialized(text.size());
+  const auto length = static_cast<int>(text.size());
+  LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_UPPERCASE, text.data(), length, upper.data(), length);
+  return upper;
+}
+
 Text before_character_0(std::wstring_view text) { return Text(text.substr(0, text.find(L'\0'))); }
 
 }  // namespace qv

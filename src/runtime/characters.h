@@ -24,6 +24,9 @@ using ByteClass = std::array<std::uint8_t, 256>;
 const ByteClass& letters_of_code_page();
 const ByteClass& letters_and_digits_of_code_page();
 
+// The language's UCase: by the user's locale, character by character.
+Text upper_case(std::wstring_view text);
+
 // The text before the first character 0: what a narrow service's result holds.
 Text before_character_0(std::wstring_view text);
 
