@@ -99,8 +99,15 @@ fresh_prefix() {
 prepare_prefix() {
   local bits=$1
   [ -e "$build/${QVRT_PREFIX:-wine}-$bits/.complete" ] || fresh_prefix "$bits"
+  # The session lasts until end_session: a program that starts in the moment in which the session
+  # of the one before it ends would find itself without the system's services.
+  in_prefix "$bits" wineserver -p60 2> /dev/null || true
   run_wine "$bits" regsvr32 /s "build\\$bits\\QvRtLibOle.dll" ||
     die "the $bits server did not register"
+}
+
+end_session() {
+  in_prefix "$1" wineserver -k || true
 }
 
 # Several builds of the same sources, in whatever folder, share their objects.

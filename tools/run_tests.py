@@ -210,7 +210,7 @@ def run_windows(totals, bits, pattern, word):
     for script in sorted((REPOSITORY / "tests/peers/server").glob("*.sh")):
         if not word or word in script.name:
             run_script(totals, f"{bits} peers/{script.name}", f"bash {script} {bits} 2>&1")
-    shell(f"run_wine {bits} wineboot -k", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    shell(f"end_session {bits}")
 
 
 def main():
