@@ -10,6 +10,9 @@ namespace {
 class PathText : public testing::Test {
  protected:
   using OneToOne = HRESULT (STDMETHODCALLTYPE _KwRtLib::*)(BSTR*, BSTR*);
+
+  PathText() { global_->Reset_Error(); }
+
   std::wstring call(OneToOne member, const wchar_t* text) {
     String argument(text);
     String result;
