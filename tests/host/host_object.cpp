@@ -7,6 +7,8 @@
 namespace qv::tests {
 namespace {
 
+constexpr DWORD kLongestPath = 260;
+
 enum Member : DISPID {
   kEcho = 1,
   kConnect,
@@ -26,11 +28,12 @@ enum Member : DISPID {
   kBoxText,
   kStart,
   kOutput,
+  kFolder,
 };
 constexpr const wchar_t* kNames[] = {
-    L"Echo",    L"Connect",      L"Disconnect", L"ChrW",        L"AscW",  L"Sleep",
-    L"Bytes",   L"Longs",        L"Strings",    L"Empty_Array", L"Same",  L"VarType",
-    L"Missing", L"Press_Button", L"Box_Title",  L"Box_Text",    L"Start", L"Output"};
+    L"Echo",      L"Connect",  L"Disconnect",  L"ChrW",   L"AscW",    L"Sleep",   L"Bytes",
+    L"Longs",     L"Strings",  L"Empty_Array", L"Same",   L"VarType", L"Missing", L"Press_Button",
+    L"Box_Title", L"Box_Text", L"Start",       L"Output", L"Folder"};
 
 std::wstring text_of(const VARIANT& value) {
   VARIANT text;
@@ -211,6 +214,13 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
       const std::wstring text(bytes.begin(), bytes.end());
       answer.vt = VT_BSTR;
       answer.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+      break;
+    }
+    case kFolder: {
+      std::wstring path(kLongestPath, L'\0');
+      path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));
+      answer.vt = VT_BSTR;
+      answer.bstrVal = SysAllocStringLen(path.data(), static_cast<UINT>(path.rfind(L'\\') + 1));
       break;
     }
     default:

@@ -12,6 +12,7 @@
 //   Host.Box_Title, Host.Box_Text   what that box showed
 //   Host.Start(command)       starts a program of the tests' folder; its number
 //   Host.Output(number)       waits for that program's end and gives what it has printed
+//   Host.Folder               the folder of the test programs, with its final backslash
 #pragma once
 
 #include <windows.h>
