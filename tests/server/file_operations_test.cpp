@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "server/client.h"
+#include "server/compress_tool.h"
 #include "server/temp_folder.h"
 
 namespace qv::tests {
@@ -422,27 +423,28 @@ TEST_F(Copying, a_source_on_a_missing_drive_is_68) {
   expect_record(68, L"KwRtLibMod.File_Copy");
 }
 
-// The head of a file of the system's Compress tool, then a control byte that says that the 8 bytes
-// behind it are literal.
-std::string compressed() {
-  return std::string(
-      "SZDD\x88\xF0\x27\x33"
-      "A\0"
-      "\x08\0\0\0"
-      "\xFF"
-      "expanded",
-      23);
-}
-
 TEST_F(FileOperations, File_Expand_expands_a_compressed_file) {
-  folder_.write(L"a.tx_", compressed());
-  EXPECT_EQ(expand(folder_.file(L"a.tx_"), folder_.file(L"a.txt")), 0);
-  EXPECT_EQ(folder_.read(L"a.txt"), "expanded");
-  EXPECT_TRUE(close_handle_on(L"a.txt"));
+  std::string text;
+  for (int i = 0; i < 600; ++i) {
+    text += "line " + std::to_string(i) + " of " + std::to_string(i * i) + "\r\n";
+  }
+  std::string bytes;
+  for (unsigned i = 0, n = 1; i < 10000; ++i, n = n * 69069 + 1) {
+    bytes += static_cast<char>(n >> 24);
+  }
+  for (const std::string& content :
+       {std::string("expanded"), std::string(1, 'x'), std::string(9000, '\0'), text, bytes}) {
+    const std::string file = compress(content);
+    folder_.write(L"a.tx_", file);
+    EXPECT_EQ(expand(folder_.file(L"a.tx_"), folder_.file(L"a.txt")), 0);
+    EXPECT_TRUE(folder_.read(L"a.txt") == content) << content.size();
+    EXPECT_TRUE(close_handle_on(L"a.txt"));
+  }
+  EXPECT_LT(compress(text).size(), text.size() * 2 / 3);
 }
 
 TEST_F(FileOperations, File_Expand_leaves_the_target_open_and_closes_the_source) {
-  folder_.write(L"a.tx_", compressed());
+  folder_.write(L"a.tx_", compress("expanded"));
   EXPECT_EQ(expand(folder_.file(L"a.tx_"), folder_.file(L"a.txt")), 0);
   EXPECT_FALSE(DeleteFileW(folder_.file(L"a.txt").c_str()));
   EXPECT_TRUE(DeleteFileW(folder_.file(L"a.tx_").c_str()));
@@ -465,7 +467,7 @@ TEST_F(FileOperations, File_Expand_of_a_missing_file_is_53_in_the_record) {
 }
 
 TEST_F(FileOperations, File_Expand_to_a_target_that_cannot_be_made_is_20000_in_the_record) {
-  folder_.write(L"a.tx_", compressed());
+  folder_.write(L"a.tx_", compress("expanded"));
   EXPECT_EQ(expand(folder_.file(L"a.tx_"), folder_.file(L"none\\a.txt")), -1);
   expect_record(20000, L"KwRtLibMod.File_Open32");
   EXPECT_TRUE(DeleteFileW(folder_.file(L"a.tx_").c_str()));
