@@ -246,7 +246,7 @@ TEST(KeyedList, A_value_ends_after_its_removal_is_complete) {
   };
   KeyedList<std::shared_ptr<Watcher>> list(&fold);
   std::size_t size_seen = 99;
-  const ItemId id = list.insert(0, std::make_shared<Watcher>(&list, &size_seen), u"k");
+  const ItemId id = list.insert(0, std::shared_ptr<Watcher>(new Watcher{&list, &size_seen}), u"k");
   list.erase(id);
   EXPECT_EQ(size_seen, 0U);
 }
