@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdlib>
@@ -12,7 +13,11 @@
 namespace qv::thread_state {
 namespace {
 
-using Slots = std::array<Slot, kMaxStates>;
+// What a thread has here: the states, and the C++ run time's record of exceptions in flight.
+struct Block {
+  std::array<Slot, kMaxStates> slots;
+  ExceptionState exceptions;
+};
 
 constexpr int kMaxPasses = 4;
 
@@ -21,24 +26,68 @@ constexpr int kMaxPasses = 4;
 DWORD fls_index = FLS_OUT_OF_INDEXES;
 std::atomic<std::size_t> states{0};
 
-void WINAPI destroy_slots(void* data) noexcept {
-  auto* slots = static_cast<Slots*>(data);
-  if (slots == nullptr) return;
+void WINAPI destroy_block(void* data) noexcept {
+  auto* block = static_cast<Block*>(data);
+  if (block == nullptr) return;
   // Ending a state may run foreign code (an object that a Variant held) which comes back here, so
-  // the slots stay reachable, and what it makes anew is ended too.
+  // the block stays reachable, and what it makes anew is ended too.
   void* const others = FlsGetValue(fls_index);
-  FlsSetValue(fls_index, slots);
+  FlsSetValue(fls_index, block);
   for (int pass = 0; pass < kMaxPasses; ++pass) {
     bool found = false;
-    for (auto slot = slots->rbegin(); slot != slots->rend(); ++slot) {
+    for (auto slot = block->slots.rbegin(); slot != block->slots.rend(); ++slot) {
       if (slot->state == nullptr) continue;
       found = true;
       slot->destroy(std::exchange(slot->state, nullptr));
     }
     if (!found) break;
   }
-  FlsSetValue(fls_index, others == slots ? nullptr : others);
-  delete slots;
+  FlsSetValue(fls_index, others == block ? nullptr : others);
+  delete block;
+}
+
+// For threads that have no memory for a block and must report just that: one a thread, until there
+// is memory.
+struct Reserve {
+  std::atomic<DWORD> thread{0};
+  ExceptionState exceptions{};
+};
+std::array<Reserve, 64> reserves;
+
+Reserve* reserve_of(DWORD thread) noexcept {
+  const auto found = std::ranges::find_if(
+      reserves, [&](const Reserve& reserve) { return reserve.thread == thread; });
+  return found != reserves.end() ? &*found : nullptr;
+}
+
+ExceptionState& reserve_exceptions() noexcept {
+  const DWORD thread = GetCurrentThreadId();
+  if (Reserve* own = reserve_of(thread)) return own->exceptions;
+  for (Reserve& reserve : reserves) {
+    DWORD nobody = 0;
+    if (reserve.thread.compare_exchange_strong(nobody, thread)) return reserve.exceptions;
+  }
+  std::abort();
+}
+
+// A thread's first block takes over what it kept in reserve.
+Block* make_block() noexcept {
+  auto block = std::unique_ptr<Block>(new (std::nothrow) Block());
+  if (block == nullptr || FlsSetValue(fls_index, block.get()) == FALSE) return nullptr;
+  if (Reserve* reserve = reserve_of(GetCurrentThreadId())) {
+    block->exceptions = std::exchange(reserve->exceptions, {});
+    reserve->thread = 0;
+  }
+  return block.release();
+}
+
+// This thread's block, null without memory for a first one.
+Block* thread_block() noexcept {
+  const DWORD last_error = GetLastError();  // asking for the slot clears it
+  auto* block = static_cast<Block*>(FlsGetValue(fls_index));
+  if (block == nullptr) block = make_block();
+  SetLastError(last_error);
+  return block;
 }
 
 }  // namespace
@@ -50,17 +99,18 @@ std::size_t next_index() noexcept {
 }
 
 Slot& slot(std::size_t index) {
-  auto* slots = static_cast<Slots*>(FlsGetValue(fls_index));
-  if (slots == nullptr) {
-    auto fresh = std::make_unique<Slots>();
-    if (FlsSetValue(fls_index, fresh.get()) == FALSE) throw std::bad_alloc();
-    slots = fresh.release();
-  }
-  return (*slots)[index];
+  Block* block = thread_block();
+  if (block == nullptr) throw std::bad_alloc();
+  return block->slots[index];
+}
+
+ExceptionState& exceptions() noexcept {
+  Block* block = thread_block();
+  return block != nullptr ? block->exceptions : reserve_exceptions();
 }
 
 bool attach() noexcept {
-  fls_index = FlsAlloc(&destroy_slots);
+  fls_index = FlsAlloc(&destroy_block);
   return fls_index != FLS_OUT_OF_INDEXES;
 }
 

@@ -21,6 +21,13 @@ struct Slot {
 // This thread's slot of that index. Raises run-time error 7 without memory.
 Slot& slot(std::size_t index);
 
+// The C++ run time's record of the exceptions that a thread is handling.
+struct ExceptionState {
+  void* caught = nullptr;
+  unsigned int uncaught = 0;
+};
+ExceptionState& exceptions() noexcept;
+
 // The life of the mechanism is the life of the loaded library.
 bool attach() noexcept;
 void detach() noexcept;

@@ -14,6 +14,7 @@
 #include "automation/class_object.h"
 #include "automation/thread_state.h"
 #include "frame/server/catalogue.h"
+#include "frame/server/cpp_run_time.h"
 #include "interfaces.h"
 
 namespace qv::server {
@@ -152,7 +153,10 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* process_ends) {
     case DLL_PROCESS_DETACH:
       // When the process ends, other threads were stopped wherever they were, and libraries that
       // their objects live in may be gone: the system takes the memory back by itself.
-      if (process_ends == nullptr) thread_state::detach();
+      if (process_ends == nullptr) {
+        thread_state::detach();
+        cpp_run_time::detach();
+      }
       return TRUE;
     default:
       return TRUE;

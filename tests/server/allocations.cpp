@@ -1,4 +1,4 @@
-#include "server/frame_allocations.h"
+#include "server/allocations.h"
 
 #include <windows.h>
 // objidl.h needs windows.h before it.
@@ -58,6 +58,16 @@ class Spy final : public IMallocSpy {
 
 Spy spy;
 
+// What can be read in a block: texts tell whose it is.
+std::string readable(const void* block, SIZE_T bytes) {
+  std::string text = "'";
+  for (SIZE_T i = 0; i < bytes && text.size() < 60; ++i) {
+    const char byte = static_cast<const char*>(block)[i];
+    if (byte >= ' ' && byte <= '~') text += byte;
+  }
+  return text + "'";
+}
+
 }  // namespace
 
 void begin() {
@@ -72,10 +82,11 @@ void begin() {
 std::string end() {
   std::string left;
   for (const auto& [block, bytes] : spy.live()) {
-    left += (left.empty() ? "" : ", ") + std::to_string(bytes) + " bytes";
-    if (left.size() > 500) break;
+    left += (left.empty() ? "" : ", ") + std::to_string(bytes) + " bytes " + readable(block, bytes);
+    if (left.size() > 1000) break;
   }
-  if (CoRevokeMallocSpy() != S_OK && left.empty()) left = "the allocator still knows of blocks";
+  // Refused while there are blocks; then the spy goes on with the next watch.
+  CoRevokeMallocSpy();
   return left;
 }
 
