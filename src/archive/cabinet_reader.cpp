@@ -11,6 +11,7 @@
 
 #include "archive/cabinet_files.h"
 #include "automation/run_time_error.h"
+#include "automation/thread_state.h"
 #include "files/file_operations.h"
 #include "files/path_text.h"
 #include "native/cpr/archive_names.h"
@@ -48,10 +49,13 @@ constexpr bool names_something(Long code) {
 
 // The file that is being extracted, which the service may close by itself when it fails; only the
 // closing knows.
-thread_local INT_PTR extracted_file = cabinet_files::kNoFile;
+struct Extraction {
+  INT_PTR file = cabinet_files::kNoFile;
+};
+INT_PTR& extracted_file() { return per_thread<Extraction>().file; }
 
 int DIAMONDAPI close_file(INT_PTR file) {
-  if (file == extracted_file) extracted_file = cabinet_files::kNoFile;
+  if (file == extracted_file()) extracted_file() = cabinet_files::kNoFile;
   return cabinet_files::close(file);
 }
 
@@ -67,6 +71,7 @@ class SetReader {
     const std::size_t start = separator == units.npos ? 0 : separator + 1;
     folder_ = utf8_of(units.substr(0, start));
     current_ = utf8_of(units.substr(start));
+    extracted_file() = cabinet_files::kNoFile;  // here, where memory may still be short
     reader_ = FDICreate([](ULONG bytes) { return cabinet_files::allocate(bytes); },
                         [](void* block) { cabinet_files::release(block); }, open_file, read_file,
                         write_file, close_file, seek_file, cpuUNKNOWN, &failure_);
@@ -209,7 +214,7 @@ class Extractor final : public SetReader {
         with_folders_(with_folders) {}
   ~Extractor() override {
     // The service may have closed it or not.
-    if (extracted_file != cabinet_files::kNoFile) close_file(extracted_file);
+    if (extracted_file() != cabinet_files::kNoFile) close_file(extracted_file());
     if (!temporary_.empty()) DeleteFileW(system_name(temporary_).c_str());
   }
 
@@ -269,8 +274,8 @@ class Extractor final : public SetReader {
     if (file == INVALID_HANDLE_VALUE) refuse(kNoTarget, path);
     entry_ = entry;
     path_ = path;
-    extracted_file = reinterpret_cast<INT_PTR>(file);
-    return extracted_file;
+    extracted_file() = reinterpret_cast<INT_PTR>(file);
+    return extracted_file();
   }
 
   void complete(INT_PTR file) override {

@@ -20,6 +20,9 @@ constexpr DISPID kClear = static_cast<DISPID>(kProperties) + 1;
 class ErrorObject final : public IDispatch {
  public:
   ErrorObject() { clear(); }
+  ErrorObject(const ErrorObject&) = delete;
+  ErrorObject& operator=(const ErrorObject&) = delete;
+  ~ErrorObject() { clear(); }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
     const bool known = IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IDispatch);

@@ -75,13 +75,14 @@ class FileHandles : public testing::Test {
 
   void expect_record(LONG number, const wchar_t* source, const wchar_t* description) {
     LONG actual = 0;
-    String text;
+    String actual_source;
+    String actual_description;
     EXPECT_EQ(global_->Error_Number(&actual), S_OK);
     EXPECT_EQ(actual, number);
-    EXPECT_EQ(global_->Error_Source(&text), S_OK);
-    EXPECT_EQ(text.view(), source);
-    EXPECT_EQ(global_->Error_Description(&text), S_OK);
-    EXPECT_EQ(text.view(), description);
+    EXPECT_EQ(global_->Error_Source(&actual_source), S_OK);
+    EXPECT_EQ(actual_source.view(), source);
+    EXPECT_EQ(global_->Error_Description(&actual_description), S_OK);
+    EXPECT_EQ(actual_description.view(), description);
     global_->Reset_Error();
   }
   LONG last_dll_error() {

@@ -230,8 +230,9 @@ TEST_F(PropertyBags, an_absent_value_is_a_copy_of_the_default) {
   Value value;
   EXPECT_EQ(read(L"a", value, Value(L"d")), S_OK);
   EXPECT_EQ(value.text(), L"d");
-  EXPECT_EQ(read(L"", value, Value(3)), S_OK);
-  EXPECT_EQ(value.lVal, 3);
+  Value number;
+  EXPECT_EQ(read(L"", number, Value(3)), S_OK);
+  EXPECT_EQ(number.lVal, 3);
 }
 
 TEST_F(PropertyBags, names_that_differ_in_case_are_one) {
