@@ -1,5 +1,6 @@
 #include "collections/sort_order.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -156,39 +157,74 @@ std::span<Element> range_of(SAFEARRAY* array, Long first, Long last) {
       .subspan(begin, static_cast<std::size_t>(std::int64_t{last} - first + 1));
 }
 
-bool sort_range(const Elements& elements, Long first, Long last, SortMethod method) {
-  SAFEARRAY* const array = elements.array();
-  const Job job{method, first};
-  const auto numbers = [&]<class Number>(Number) {
-    const auto range = range_of<Number>(array, first, last);
-    return !range.empty() && sort_numbers(range, job);
-  };
-  const auto by_keys = [&]<class Element>(Element) {
-    const auto range = range_of<Element>(array, first, last);
-    return !range.empty() && sort_by_keys(range, job);
-  };
-  switch (elements.element_type()) {
+// Values of one type in Variants: they alone change places.
+template <class Value, class Sort>
+bool sort_payloads(std::span<VARIANT> variants, const Sort& sort) {
+  const std::unique_ptr<Value[]> values(new Value[variants.size()]);
+  for (std::size_t i = 0; i < variants.size(); ++i) {
+    std::memcpy(&values[i], &variants[i].llVal, sizeof(Value));
+  }
+  if (!sort(std::span(values.get(), variants.size()))) return false;
+  for (std::size_t i = 0; i < variants.size(); ++i) {
+    std::memcpy(&variants[i].llVal, &values[i], sizeof(Value));
+  }
+  return true;
+}
+
+// Calls sort() with an example of what elements of that type are in memory. False for a type that
+// only its own steps can sort.
+template <class Sort>
+bool sort_as(VARTYPE type, const Sort& sort) {
+  switch (type) {
     case VT_UI1:
-      return numbers(Byte());
+      return sort(Byte());
     case VT_I2:
     case VT_BOOL:
-      return numbers(Integer());
+      return sort(Integer());
     case VT_I4:
-      return numbers(Long());
+      return sort(Long());
     case VT_CY:
-      return numbers(std::int64_t());
+      return sort(std::int64_t());
     case VT_R4:
-      return numbers(Single());
+      return sort(Single());
     case VT_R8:
     case VT_DATE:
-      return numbers(Double());
+      return sort(Double());
     case VT_BSTR:
-      return by_keys(BSTR());
-    case VT_VARIANT:
-      return by_keys(VARIANT());
+      return sort(BSTR());
     default:
       return false;
   }
+}
+
+template <class Element>
+bool sort_elements(std::span<Element> elements, const Job& job) {
+  if constexpr (std::is_arithmetic_v<Element>) {
+    return sort_numbers(elements, job);
+  } else {
+    return sort_by_keys(elements, job);
+  }
+}
+
+bool sort_variants(std::span<VARIANT> variants, const Job& job) {
+  const auto has_first_type = [&](const VARIANT& variant) { return variant.vt == variants[0].vt; };
+  if (!std::ranges::all_of(variants, has_first_type)) return sort_by_keys(variants, job);
+  return sort_as(variants[0].vt, [&]<class Value>(Value) {
+    return sort_payloads<Value>(variants, [&](auto values) { return sort_elements(values, job); });
+  });
+}
+
+bool sort_range(const Elements& elements, Long first, Long last, SortMethod method) {
+  SAFEARRAY* const array = elements.array();
+  const Job job{method, first};
+  if (elements.element_type() == VT_VARIANT) {
+    const auto range = range_of<VARIANT>(array, first, last);
+    return !range.empty() && sort_variants(range, job);
+  }
+  return sort_as(elements.element_type(), [&]<class Element>(Element) {
+    const auto range = range_of<Element>(array, first, last);
+    return !range.empty() && sort_elements(range, job);
+  });
 }
 
 }  // namespace
