@@ -97,6 +97,8 @@ class SetReader {
     if (raised_) raise(*raised_);
     if (!missing_.empty()) refuse(refusal_, text_of_utf8(folder_ + missing_));
     if (ok == FALSE) refuse(failure_.erfOper, path);
+    // The service may pass over bytes that could not be written.
+    if (!incomplete_.empty()) refuse(kNoTarget, incomplete_);
     // Names of cabinets have no path, and a set has no circle.
     if (next_.find_first_of("\\/:") != next_.npos) refuse(kCorrupt, path);
     ++cabinets_;
@@ -110,6 +112,8 @@ class SetReader {
   virtual INT_PTR take(const CabinetEntry& entry) = 0;
   // A file that was taken has ended, whether with all its bytes or before.
   virtual void complete(INT_PTR file) = 0;
+
+  Text incomplete_;  // one that ended before
 
  private:
   static INT_PTR DIAMONDAPI open_file(char* name, int flags, int) {
@@ -291,7 +295,10 @@ class Extractor final : public SetReader {
       SetFileTime(handle, &time, nullptr, &time);
     }
     close_file(file);
-    if (!is_whole) return;
+    if (!is_whole) {
+      incomplete_ = path_;
+      return;
+    }
     const auto path = system_name(path_);
     // A read-only file is replaced too.
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);

@@ -142,6 +142,9 @@ class SetWriter {
   }
   static int DIAMONDAPI close(INT_PTR file, int*, void*) { return cabinet_files::close(file); }
   static LONG DIAMONDAPI seek(INT_PTR file, LONG distance, int origin, int*, void*) {
+    // The service may go back to the start of contents that never came, and so have no file: those
+    // of empty files behind one that has filled its cabinet.
+    if (file == cabinet_files::kNoFile) return 0;
     return cabinet_files::seek(file, distance, origin);
   }
   static int DIAMONDAPI remove(char* name, int*, void*) {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,22 @@ inline std::string wordy_bytes(std::size_t size) {
   std::string bytes;
   for (int i = 0; bytes.size() < size; ++i) bytes += "riga " + std::to_string(i) + " di testo\r\n";
   bytes.resize(size);
+  return bytes;
+}
+
+// The bytes of the worked example in a page of docs/formats: the first block fenced as "hex". Tests
+// run in the repository's folder.
+inline std::string format_example(const char* page) {
+  std::ifstream file(std::string("docs/formats/") + page);
+  EXPECT_TRUE(file.is_open()) << page;
+  std::string bytes;
+  bool is_inside = false;
+  for (std::string line; std::getline(file, line);) {
+    if (is_inside && line == "```") break;
+    std::istringstream numbers(is_inside ? line : "");
+    for (unsigned number; numbers >> std::hex >> number;) bytes += static_cast<char>(number);
+    is_inside = is_inside || line == "```hex";
+  }
   return bytes;
 }
 

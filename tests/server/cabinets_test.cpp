@@ -1,5 +1,6 @@
 // The CAB... members, through the platform's cabinet services.
 #include <filesystem>
+#include <random>
 
 #include "server/archive_fixture.h"
 
@@ -107,6 +108,27 @@ TEST_F(Cabinets, info_tells_names_sizes_dates_and_attributes) {
   EXPECT_EQ(packed, FILE_ATTRIBUTE_ARCHIVE);
 }
 
+TEST_F(Cabinets, list_of_the_format_page_is_told) {
+  make_file(L"a.txt", "salve");
+  const SYSTEMTIME fields{2001, 2, 6, 3, 4, 5, 6, 0};
+  FILETIME time;
+  SystemTimeToFileTime(&fields, &time);
+  LocalFileTimeToFileTime(&time, &time);
+  const HANDLE file = CreateFileW(path(L"a.txt").c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  SetFileTime(file, nullptr, nullptr, &time);
+  CloseHandle(file);
+  String files(list_of({L"a.txt"}));
+  ASSERT_FALSE(create_set(files));
+  String list;
+  LONG count = 0;
+  ASSERT_FALSE(info(list, count));
+  // Characters that code page 1252 has at their own codes.
+  std::wstring expected;
+  for (const unsigned char byte : format_example("cabinet-list.md")) expected += byte;
+  EXPECT_EQ(list.view(), expected);
+}
+
 TEST_F(Cabinets, short_forms_do_the_same_without_a_count) {
   String files(list_of({L"a.txt"}));
   String folder(path(L"cabs\\"));
@@ -200,6 +222,56 @@ TEST_F(Cabinets, a_set_goes_on_in_further_cabinets) {
     std::filesystem::remove_all(path(L"out"));
     ASSERT_FALSE(extract(L"N4\0"s, 0, cabinet.c_str()));
     EXPECT_EQ(names_in(L"out"), Names{L"n4"});
+  }
+}
+
+TEST_F(Cabinets, empty_files_may_end_a_set) {
+  make_file(L"big", noise_bytes(120000));
+  make_file(L"empty too", "");
+  String files(list_of({L"big", L"empty", L"empty too"}));
+  LONG count = 0;
+  ASSERT_FALSE(create_set(files, 50000, &count));
+  EXPECT_EQ(count, 3);
+  ASSERT_FALSE(extract(L""));
+  EXPECT_EQ(names_in(L"out"), (Names{L"big", L"empty", L"empty too"}));
+  EXPECT_EQ(contents(L"out\\big"), noise_bytes(120000));
+  EXPECT_EQ(contents(L"out\\empty"), "");
+}
+
+TEST_F(Cabinets, sets_of_any_files_and_sizes_come_back) {
+  std::mt19937 random(1);
+  const auto below = [&](std::uint32_t limit) {
+    return static_cast<std::size_t>(random() % limit);
+  };
+  for (int round = 0; round < 40; ++round) {
+    Names names;
+    std::vector<std::string> all;
+    const std::size_t files = 1 + below(5);
+    for (std::size_t i = 0; i < files; ++i) {
+      const std::size_t size = below(4) == 0 ? below(3) * 32768 : below(100000);
+      all.push_back(below(2) == 0 ? wordy_bytes(size) : noise_bytes(size));
+      names.push_back(L"f" + std::to_wstring(i));
+      make_file(names.back(), all.back());
+    }
+    const auto limit = static_cast<LONG>(8000 + below(150000));
+    String list(list_of(names));
+    LONG count = 0;
+    LONG told = 0;
+    ASSERT_FALSE(create_set(list, limit, &count)) << round;
+    String records;
+    ASSERT_FALSE(info(records, told)) << round;
+    EXPECT_EQ(told, count) << round;
+    EXPECT_EQ(names_of(records), names) << round;
+    ASSERT_FALSE(extract(L"")) << round;
+    for (std::size_t i = 0; i < files; ++i)
+      EXPECT_EQ(contents(L"out\\" + names[i]), all[i]) << round;
+    const std::size_t one = below(static_cast<std::uint32_t>(files));
+    std::filesystem::remove_all(path(L"out"));
+    ASSERT_FALSE(extract(names[one])) << round;
+    EXPECT_EQ(names_in(L"out"), Names{names[one]}) << round;
+    EXPECT_EQ(contents(L"out\\" + names[one]), all[one]) << round;
+    std::filesystem::remove_all(path(L"cabs"));
+    make_folder(L"cabs");
   }
 }
 

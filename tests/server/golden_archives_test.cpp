@@ -1,8 +1,5 @@
 // Archives that another writer made (tests/golden/archives/make.py), and the one of the format's
 // page, through the public members. The tests run in the repository's folder.
-#include <fstream>
-#include <sstream>
-
 #include "server/archive_fixture.h"
 
 namespace qv::tests {
@@ -58,17 +55,7 @@ TEST_F(GoldenArchives, archive_without_a_parent_has_no_structure) {
 }
 
 TEST_F(GoldenArchives, example_of_the_format_page_is_restored) {
-  std::ifstream page("docs/formats/compressed-file.md");
-  ASSERT_TRUE(page.is_open());
-  std::string bytes;
-  bool is_inside = false;
-  for (std::string line; std::getline(page, line);) {
-    if (is_inside && line == "```") break;
-    std::istringstream numbers(is_inside ? line : "");
-    for (unsigned number; numbers >> std::hex >> number;) bytes += static_cast<char>(number);
-    is_inside = is_inside || line == "```hex";
-  }
-  make_file(L"a.kwc", bytes);
+  make_file(L"a.kwc", format_example("compressed-file.md"));
   ASSERT_FALSE(unzip(kStorePath));
   EXPECT_EQ(contents(L"out\\Sub\\a.txt"), "ciao ciao ciao ciao ciao");
 }
