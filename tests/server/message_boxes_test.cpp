@@ -32,6 +32,30 @@ TEST_F(MessageBoxes, message_boxes_return_0_whatever_modal_says) {
   }
 }
 
+BOOL CALLBACK count_window(HWND, LPARAM count) {
+  ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+
+int windows_of_this_thread() {
+  int count = 0;
+  EnumThreadWindows(GetCurrentThreadId(), count_window, reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+TEST_F(MessageBoxes, no_window_appears) {
+  const int before = windows_of_this_thread();
+  for (const VARIANT_BOOL modal : {VARIANT_FALSE, VARIANT_TRUE}) {
+    EXPECT_EQ(box->Message_Box(text, 0, text, 0, nullptr, nullptr, 0, 0, VARIANT_FALSE, 0, 0, modal,
+                               VARIANT_TRUE, &result),
+              S_OK);
+    EXPECT_EQ(box->Progress_Box(text, 0, text, 0, nullptr, nullptr, 0, 0, VARIANT_FALSE, 0, 0,
+                                modal, VARIANT_TRUE, text, VARIANT_TRUE, 0, 100, &result),
+              S_OK);
+    EXPECT_EQ(windows_of_this_thread(), before);
+  }
+}
+
 TEST_F(MessageBoxes, progress_boxes_return_0) {
   EXPECT_EQ(box->Progress_Box(text, 0, text, 0, nullptr, nullptr, 0, 0, VARIANT_FALSE, 0, 0,
                               VARIANT_FALSE, VARIANT_FALSE, text, VARIANT_TRUE, 0, 100, &result),

@@ -36,6 +36,8 @@ class MessageForm final : public IDispatch, public IClassFactory {
   const std::vector<std::wstring>& calls() const { return calls_; }
   // The member that raises an error, by its name.
   void fail_at(std::wstring name) { failing_ = std::move(name); }
+  // No form is made any more.
+  void refuse() { refuses_ = true; }
   ULONG references() const { return references_; }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
@@ -55,6 +57,7 @@ class MessageForm final : public IDispatch, public IClassFactory {
   ULONG STDMETHODCALLTYPE Release() override { return --references_; }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** object) override {
+    if (refuses_) return E_OUTOFMEMORY;
     return QueryInterface(id, object);
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
@@ -100,6 +103,7 @@ class MessageForm final : public IDispatch, public IClassFactory {
   DWORD registration_ = 0;
   ULONG references_ = 0;
   std::wstring failing_;
+  bool refuses_ = false;
   std::vector<std::wstring> names_;
   std::vector<std::wstring> calls_;
 };
