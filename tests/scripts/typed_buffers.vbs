@@ -33,6 +33,19 @@ CheckPut "an array of Byte", Host.Bytes(1, 2, 3), "20 11 01 00 00 00 00 00 02 00
 CheckPut "an array of Long", Host.Longs(5, 6), _
   "20 03 01 00 00 00 00 00 01 00 00 00 08 00 00 00 05 00 00 00 06 00 00 00"
 
+CheckPut "an array of two dimensions", ArrayCreate(2, Array(2, 1, 1, -1), 2), _
+  "20 02 02 00 01 00 00 00 02 00 00 00 FF FF FF FF FF FF FF FF 04 00 00 00 00 00 00 00"
+CheckPut "an array of Single", ArrayCreate(1, Array(1, 5), 4), "20 04 01 00 05 00 00 00 05 00 00 00 04 00 00 00 00 00 00 00"
+CheckPut "an array of Double", ArrayCreate(1, Array(1, 0), 5), _
+  "20 05 01 00 00 00 00 00 00 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00"
+CheckPut "an array of Currency", ArrayCreate(1, Array(1, 0), 6), _
+  "20 06 01 00 00 00 00 00 00 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00"
+CheckPut "an array of Date", ArrayCreate(1, Array(1, 0), 7), _
+  "20 07 01 00 00 00 00 00 00 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00"
+CheckPut "an array of Boolean", ArrayCreate(1, Array(1, 0), 11), "20 0B 01 00 00 00 00 00 00 00 00 00 02 00 00 00 00 00"
+CheckPut "an array without elements", ArrayCreate(1, Array(0, 1), 3), "20 03 01 00 01 00 00 00 00 00 00 00 00 00 00 00"
+CheckPut "a text with a character 0", "a" & Chr(0), "FF 02 00 00 00 61 00"
+
 Sub CheckNoForm(name, given)
   Dim typed
   typed = ""
@@ -69,11 +82,16 @@ buffer = Chr(17) & Chr(200): offset = 1
 Check "a Byte comes back as an Integer", BufferTyped_Get(buffer, offset), CInt(200)
 buffer = Chr(8) & Chr(2) & Chr(0) & "ab": offset = 1
 Check "a text of the earlier format reads", BufferTyped_Get(buffer, offset), "ab"
+Check "and passes over it", offset, CLng(6)
+buffer = Chr(255) & String(4, Chr(0)): offset = 1
+Check "an empty text reads", BufferTyped_Get(buffer, offset), ""
+buffer = Chr(2) & Chr(128) & Chr(159): offset = 1
+Check "bytes above 127 are those of the code page", BufferTyped_Get(buffer, offset), CInt(-24704)
 buffer = Chr(11) & Chr(7) & Chr(0): offset = 1
 Check "any Integer but 0 is True", BufferTyped_Get(buffer, offset), True
 
 On Error Resume Next
-For Each i In Array(0, 1, 9)
+For Each i In Array(0, 1, 9, 10, 12, 16, 18, 254)
   buffer = Chr(i) & "abcdefgh": offset = 1
   value = BufferTyped_Get(buffer, offset)
   CheckError "tag " & i & " is unknown", 13, "Type mismatch"
@@ -89,6 +107,45 @@ For i = 1 To 4
   value = BufferTyped_Get(buffer, offset)
   CheckError "a Long cut to " & i & " bytes", 9, ""
 Next
+offset = -1
+value = BufferTyped_Get(buffer, offset)
+CheckError "a negative Offset", 5, ""
+buffer = "": offset = 1
+value = BufferTyped_Get(buffer, offset)
+CheckError "an empty buffer", 9, ""
+Sub CheckCut(name, whole)
+  Dim n, at, got, wrong
+  wrong = ""
+  On Error Resume Next
+  For n = 1 To Len(whole) - 1
+    buffer = Left(whole, n): at = 1
+    Err.Clear
+    got = BufferTyped_Get(buffer, at)
+    If Err.Number <> 9 Or at < 2 Or at > n + 1 Then wrong = wrong & n & ":" & Err.Number & "@" & at & " "
+  Next
+  Err.Clear
+  Check name & " cut at any byte", wrong, ""
+End Sub
+Sub CheckCutValue(name, given)
+  Dim typed, done
+  typed = ""
+  done = BufferTyped_Put(typed, given)
+  CheckCut name, typed
+End Sub
+On Error Resume Next
+CheckCutValue "an Integer", CInt(5)
+CheckCutValue "a Single", CSng(5)
+CheckCutValue "a Double", CDbl(5)
+CheckCutValue "a Currency", CCur(5)
+CheckCutValue "a Date", CDate(5)
+CheckCutValue "a Boolean", True
+CheckCutValue "a Byte", CByte(5)
+CheckCutValue "a String", "abc"
+CheckCutValue "an array", Host.Longs(5, 6)
+CheckCut "a String of the earlier format", Chr(8) & Chr(3) & Chr(0) & "abc"
+buffer = Chr(255) & String(4, Chr(255)) & "a": offset = 1
+value = BufferTyped_Get(buffer, offset)
+CheckError "a negative length", 5, ""
 buffer = ""
 i = BufferTyped_Put(buffer, Host.Longs(5, 6))
 i = BufferTyped_Put(buffer, "behind")

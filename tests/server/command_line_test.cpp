@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "server/client.h"
+#include "server/format_page.h"
 
 namespace qv::tests {
 namespace {
@@ -307,6 +308,32 @@ TEST_F(CommandLine, Get_of_an_item_before_the_first_fails_in_a_list_alone) {
   expect_record(9, L"Subscript out of range", L"KwRtLibMod.CommandLineParmGet");
   EXPECT_EQ(get(L"", 0), Got(kNoMoreItems, L"", L""));
   EXPECT_EQ(get(L"", -2147483647 - 1), Got(kNoMoreItems, L"", L""));
+}
+
+TEST_F(CommandLine, the_example_of_the_format_page_is_read) {
+  const auto line = wide_line(block_of_page("command-line.md", "text", 1).front());
+  ASSERT_EQ(extract(line.c_str()), VARIANT_FALSE);
+  std::vector<std::wstring> expected, found;
+  for (const auto& row : block_of_page("command-line.md", "text", 2)) {
+    expected.push_back(wide_line(row));
+  }
+  for (LONG i = 1; i <= count_of(arguments_); ++i) {
+    const auto argument = argument_at(arguments_, i);
+    const auto note = [&, name = read(argument).name](const Argument& occurrence) {
+      found.push_back(name + L"=" + occurrence.value + L" #" + std::to_wstring(occurrence.ordinal));
+    };
+    Collection list;
+    ASSERT_EQ(argument->get_List(list.receive()), S_OK);
+    if (count_of(list) == 0) note(read(argument));
+    for (LONG k = 1; k <= count_of(list); ++k) note(read(argument_at(list, k)));
+  }
+  EXPECT_EQ(found, expected);
+  for (LONG number = 1; number <= static_cast<LONG>(expected.size()); ++number) {
+    const auto [result, value, name] = get(L"", number);
+    EXPECT_EQ(result, kOk);
+    EXPECT_TRUE(
+        expected[static_cast<std::size_t>(number - 1)].starts_with(name + L"=" + value + L" #"));
+  }
 }
 
 TEST_F(CommandLine, an_argument_of_its_own_has_properties_to_set) {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "server/foreign_collection.h"
+#include "server/format_page.h"
 // constants.h needs Automation's types before it.
 #include "constants.h"
 
@@ -285,6 +286,37 @@ TEST_F(SortKeys, TranslDelimKey_removes_escapes_before_it_splits_the_distinct_te
       L"d");
   EXPECT_EQ(transl_delim_key(key, &tables), VARIANT_FALSE);
   EXPECT_EQ(key.view(), L"abcd");
+}
+
+TEST_F(SortKeys, TranslDelimKey_takes_its_tables_from_a_kwCollection) {
+  const auto tables = create<_kwCollection>(CLSID_kwCollection);
+  for (const Long flags : {SRT_UCASE, SRT_NONUM}) {
+    const auto table = sort_table(flags);
+    Value item, missing = Value::missing();
+    item.vt = VT_DISPATCH;
+    item.pdispVal = table.get();
+    item.pdispVal->AddRef();
+    ASSERT_EQ(tables->Add(&item, &missing, &missing, &missing), S_OK);
+  }
+  String key(L"ab1\tcd2\tef3  ");
+  EXPECT_EQ(transl_delim_key(key, tables.get()), VARIANT_FALSE);
+  EXPECT_EQ(key.view(), L"AB1cdef");
+  const auto empty = create<_kwCollection>(CLSID_kwCollection);
+  EXPECT_EQ(transl_delim_key(key, empty.get()), VARIANT_TRUE);
+  expect_record(9, L"KwRtLibMod.TranslDelimKey");
+}
+
+TEST_F(SortKeys, the_example_of_the_format_page_shows_and_sorts_as_told) {
+  String key(bytes_of_page("record-key.md"));
+  ASSERT_EQ(global_->TranslKeyDisplay(&key), S_OK);
+  EXPECT_EQ(meta_key(key.view()), bytes_of_page("record-key.md", 2));
+  String stored(bytes_of_page("record-key.md")), distinct;
+  ASSERT_EQ(global_->DistinctSplit(&stored, &distinct), S_OK);
+  EXPECT_EQ(distinct.view(), L"7");
+  EXPECT_EQ(transl_key_sort(meta_key(stored.view(), Value(true)), SRT_MASK | SRT_UCASE),
+            bytes_of_page("record-key.md", 3));
+  ASSERT_EQ(global_->DistinctAppend(&stored, &distinct), S_OK);
+  EXPECT_EQ(stored.view(), bytes_of_page("record-key.md"));
 }
 
 TEST_F(SortKeys, TranslDelimKey_of_an_empty_key_needs_no_table) {

@@ -1,32 +1,14 @@
 #include <array>
-#include <fstream>
 #include <limits>
-#include <sstream>
 #include <vector>
 
 #include "server/client.h"
+#include "server/format_page.h"
 
 namespace qv::tests {
 namespace {
 
 constexpr LONG kMin = std::numeric_limits<LONG>::min();
-
-// The working folder is the repository's. What stands between the first "```hex" and the next "```"
-// of a page of docs/formats.
-std::wstring example_of(const char* page) {
-  std::ifstream file(std::string("docs/formats/") + page);
-  EXPECT_TRUE(file.is_open()) << page;
-  std::wstring text;
-  bool inside = false;
-  for (std::string line; std::getline(file, line) && !(inside && line.starts_with("```"));) {
-    if (inside) {
-      std::istringstream numbers(line);
-      for (unsigned number; numbers >> std::hex >> number;) text += static_cast<wchar_t>(number);
-    }
-    inside = inside || line.starts_with("```hex");
-  }
-  return text;
-}
 
 Value date(double days) {
   Value value(days);
@@ -271,7 +253,7 @@ TEST_F(TypedBuffers, an_array_too_large_is_error_6_and_leaves_its_head) {
 }
 
 TEST_F(TypedBuffers, the_example_of_the_format_page_reads) {
-  const std::wstring page = example_of("typed-buffer.md");
+  const std::wstring page = bytes_of_page("typed-buffer.md");
   const std::vector<Value> expected = {
       Value(SHORT{-2}), Value(1),    Value(1.5F),       Value(-2.0),  currency(12500),
       date(2.5),        Value(true), Value(SHORT{200}), Value(L"ab"), Value(L"ab")};
@@ -348,7 +330,7 @@ TEST_F(TypedBuffers, failures_of_reading_are_raised_and_not_recorded) {
 }
 
 TEST_F(TypedBuffers, a_buffer_cut_at_any_byte_is_error_9) {
-  const std::wstring page = example_of("typed-buffer.md");
+  const std::wstring page = bytes_of_page("typed-buffer.md");
   Value value;
   for (LONG at = 1; at <= static_cast<LONG>(page.size());) {
     get(page, at, value);
