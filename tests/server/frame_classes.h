@@ -19,10 +19,14 @@ struct LibraryClass {
 
 std::vector<LibraryClass> library_classes();
 
-// The entry points of the registered server's file, which stays loaded while this lives.
+// The entry points of the server's file, the registered one or a copy; it stays loaded while this
+// lives.
 class EntryPoints {
  public:
-  EntryPoints() : module_(LoadLibraryW(server_path().c_str())) { EXPECT_NE(module_, nullptr); }
+  explicit EntryPoints(const std::wstring& path = server_path())
+      : module_(LoadLibraryW(path.c_str())) {
+    EXPECT_NE(module_, nullptr);
+  }
   EntryPoints(const EntryPoints&) = delete;
   EntryPoints& operator=(const EntryPoints&) = delete;
   ~EntryPoints() { FreeLibrary(module_); }
@@ -40,6 +44,14 @@ class EntryPoints {
         get_class_object(class_id, IID_IClassFactory, reinterpret_cast<void**>(factory.receive())),
         S_OK);
     return factory;
+  }
+  template <class Interface>
+  Pointer<Interface> create(REFCLSID class_id) const {
+    Pointer<Interface> object;
+    EXPECT_EQ(factory(class_id)->CreateInstance(nullptr, __uuidof(Interface),
+                                                reinterpret_cast<void**>(object.receive())),
+              S_OK);
+    return object;
   }
 
  private:

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "server/allocations.h"
-#include "server/frame_classes.h"
+#include "server/frame_random_calls.h"
 
 // Needs the platform's types before it.
 #include <cguid.h>
@@ -242,6 +242,23 @@ TEST_F(Frame_Loading, a_thousand_times_takes_no_memory_handles_or_slots) {
   EXPECT_EQ(after.handles, before.handles);
   EXPECT_EQ(after.fibre_slot, before.fibre_slot);
   EXPECT_EQ(after.thread_slot, before.thread_slot);
+  EXPECT_EQ(after.blocks, before.blocks);
+  EXPECT_EQ(after.bytes, before.bytes);
+}
+
+// Whatever members were called with: nothing of it may outlive the library, in any heap.
+TEST_F(Frame_Loading, calls_of_every_member_leave_nothing) {
+  const auto use_all = [&] {
+    const EntryPoints entry_points(path_);
+    call_everything(entry_points, 11, 20);
+  };
+  // What the system keeps for itself it has after some rounds.
+  for (int i = 0; i < 3; ++i) use_all();
+  const Resources before = Resources::now();
+  for (int i = 0; i < 2; ++i) use_all();
+  const Resources after = Resources::now();
+  EXPECT_EQ(GetModuleHandleW(path_.c_str()), nullptr);
+  EXPECT_EQ(after.handles, before.handles);
   EXPECT_EQ(after.blocks, before.blocks);
   EXPECT_EQ(after.bytes, before.bytes);
 }

@@ -97,8 +97,8 @@ VARIANT RandomArguments::object() {
   }
   const CLSID kinds[] = {CLSID_kwCollection, CLSID_QVtError, CLSID_QvtBloomFilter, CLSID_QvSort,
                          CLSID_QvtRect};
-  CoCreateInstance(kinds[below(std::size(kinds))], nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                   reinterpret_cast<void**>(&made.pdispVal));
+  entry_points_.factory(kinds[below(std::size(kinds))])
+      ->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(&made.pdispVal));
   return made;
 }
 

@@ -7,14 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "server/client.h"
+#include "server/frame_classes.h"
 
 namespace qv::tests {
 
 // Owns what it hands out until the next clear().
 class RandomArguments {
  public:
-  explicit RandomArguments(unsigned seed) : random_(seed) {}
+  // Objects among the arguments are made by that library.
+  RandomArguments(unsigned seed, const EntryPoints& entry_points)
+      : random_(seed), entry_points_(entry_points) {}
   RandomArguments(const RandomArguments&) = delete;
   RandomArguments& operator=(const RandomArguments&) = delete;
   ~RandomArguments() { clear(); }
@@ -32,6 +34,7 @@ class RandomArguments {
   VARIANT object();
 
   std::mt19937 random_;
+  const EntryPoints& entry_points_;
   std::deque<VARIANT> owned_;
 };
 

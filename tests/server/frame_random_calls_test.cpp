@@ -1,11 +1,8 @@
-// Late-bound calls of every member of every class with arguments of every kind: whatever comes
-// back, nothing may crash and every variable must stay sound.
-#include <algorithm>
-#include <string_view>
-#include <vector>
-
-#include "server/frame_classes.h"
-#include "server/frame_random_arguments.h"
+// Whatever arguments come, nothing crashes and every variable stays sound: for callers of every
+// kind, whatever their stack, and when memory is short at whatever point.
+#include "server/frame_random_calls.h"
+#include "server/frame_failing_allocations.h"
+#include "server/frame_misaligned_call.h"
 
 // Needs the platform's types before it.
 #include <cguid.h>
@@ -13,123 +10,142 @@
 namespace qv::tests {
 namespace {
 
-constexpr int kCallsPerMember = 60;
-
-// Left out, by the beginnings of their names.
-constexpr std::wstring_view kLeftOut[] = {
-    // Change files, folders, the registry, INI files.
-    L"File_", L"Path_", L"Registry", L"Ini_", L"Start_Up", L"Log_Write", L"BloomSaveExt",
-    L"BloomLoadExt", L"Bloom_Open", L"FileZip", L"FileUnzip", L"CABFile", L"Get_TempFile", L"Set_",
-    L"Save", L"Load", L"SetupInfoLoad", L"Disp_Error",
-    // Take a number for a handle or an address, and use what is there.
-    L"Bloom_Write", L"Bloom_Read", L"Bloom_Close", L"Bloom_Save", L"Bloom_Load", L"Commit",
-    L"IndexRead", L"Filter", L"hFilter", L"Struct", L"GetPointer", L"Text_", L"Gradient",
-    // Change the system or other programs, print, or show something.
-    L"Service", L"LogEvent", L"UserCreate", L"Spawn", L"SysTray", L"Taskman_", L"Process_",
-    L"SetDefaultPrinter", L"Direct", L"GetPrinterParms", L"Get_SpoolPath", L"MessageBeep",
-    L"HtmlHelpShow", L"ShowBrowseFolder", L"ShowFloating", L"StdOut", L"Message_Box", L"Input_Box",
-    L"Progress_Box", L"Find_Window",
-    // Wait, or search disks.
-    L"NP", L"NotifyFileChange", L"Where_", L"Get_DiskSpace", L"Get_DiskFree"};
-
-bool is_left_out(std::wstring_view name) {
-  return std::ranges::any_of(
-      kLeftOut, [&](std::wstring_view beginning) { return name.starts_with(beginning); });
-}
-
-struct MemberOf {
-  std::wstring name;
-  DISPID id = 0;
-  WORD flags = 0;
-  int arguments = 0;
+class Frame_RandomCalls : public testing::TestWithParam<unsigned> {
+ protected:
+  const EntryPoints entry_points_;
 };
 
-std::vector<MemberOf> members_of(IDispatch* object) {
-  std::vector<MemberOf> members;
-  Pointer<ITypeInfo> info;
-  EXPECT_EQ(object->GetTypeInfo(0, 0, info.receive()), S_OK);
-  for (UINT i = 0;; ++i) {
-    FUNCDESC* function = nullptr;
-    if (FAILED(info->GetFuncDesc(i, &function))) break;
-    String name;
-    info->GetDocumentation(function->memid, &name, nullptr, nullptr, nullptr);
-    const bool own = function->oVft >= 7 * static_cast<int>(sizeof(void*));
-    if (own && !is_left_out(name.view())) {
-      members.push_back({std::wstring(name.view()), function->memid,
-                         static_cast<WORD>(function->invkind), function->cParams});
-    }
-    info->ReleaseFuncDesc(function);
-  }
-  return members;
-}
-
-WORD random_flags(RandomArguments& random, WORD flags) {
-  constexpr WORD kAny[] = {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT,
-                           DISPATCH_PROPERTYPUTREF, DISPATCH_METHOD | DISPATCH_PROPERTYGET};
-  return random.below(8) == 0 ? kAny[random.below(std::size(kAny))] : flags;
-}
-
-HRESULT call(RandomArguments& random, IDispatch* object, const MemberOf& member) {
-  const int extra = random.below(8) == 0 ? random.below(3) : 0;
-  const int count =
-      random.below(6) == 0 ? random.below(member.arguments + 1) : member.arguments + extra;
-  std::vector<VARIANT> arguments;
-  for (int i = 0; i < count; ++i) arguments.push_back(random.argument());
-  std::vector<DISPID> names;
-  if ((member.flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0 && count > 0) {
-    names.push_back(DISPID_PROPERTYPUT);
-  } else if (count > 0 && random.below(6) == 0) {
-    names.push_back(random.below(member.arguments + 2));
-  }
-  DISPPARAMS parameters{arguments.data(), names.data(), static_cast<UINT>(count),
-                        static_cast<UINT>(names.size())};
-  Value result;
-  EXCEPINFO exception{};
-  UINT bad_argument = 0;
-  const HRESULT status =
-      object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, random_flags(random, member.flags),
-                     &parameters, random.below(6) == 0 ? nullptr : &result, &exception,
-                     random.below(2) == 0 ? nullptr : &bad_argument);
-  if (status == DISP_E_EXCEPTION) {
-    EXPECT_NE(exception.scode, 0);
-    EXPECT_GT(SysStringLen(exception.bstrSource), 0U);
-  }
-  EXPECT_LE(bad_argument, static_cast<UINT>(count));
-  SysFreeString(exception.bstrSource);
-  SysFreeString(exception.bstrDescription);
-  SysFreeString(exception.bstrHelpFile);
-  return status;
-}
-
-class Frame_RandomCalls : public testing::TestWithParam<unsigned> {};
-
 TEST_P(Frame_RandomCalls, survive) {
-  RandomArguments random(GetParam());
-  int succeeded = 0;
-  int failed = 0;
-  for (const LibraryClass& description : library_classes()) {
-    Pointer<IDispatch> object;
-    ASSERT_EQ(CoCreateInstance(description.class_id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                               reinterpret_cast<void**>(object.receive())),
-              S_OK);
-    for (const MemberOf& member : members_of(object.get())) {
-      SCOPED_TRACE(std::string(member.name.begin(), member.name.end()));
-      for (int i = 0; i < kCallsPerMember; ++i) {
-        ++(SUCCEEDED(call(random, object.get(), member)) ? succeeded : failed);
-        random.clear();
-        if (HasFailure()) return;
-      }
-    }
-  }
-  EXPECT_GT(succeeded, 1000);
-  EXPECT_GT(failed, 1000);
-  const auto global = create_global();
-  EXPECT_EQ(global->Error_Unlock(), S_OK);
-  EXPECT_EQ(global->Reset_Error(), S_OK);
-  EXPECT_EQ(global->put_SharedVar(Value()), S_OK);
+  const RandomCalls calls = call_everything(entry_points_, GetParam(), 60);
+  EXPECT_GT(calls.succeeded, 1000);
+  EXPECT_GT(calls.failed, 1000);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, Frame_RandomCalls, testing::Values(1U, 2U, 3U));
+
+// Memory that is short at one point, or from there on: a member fails with "Out of memory" or "Out
+// of string space", or by its own failure value, and works again afterwards.
+class Frame_ShortMemory : public testing::TestWithParam<bool> {};
+
+TEST_P(Frame_ShortMemory, is_survived_by_every_member) {
+  constexpr int kLastCall = 25;
+  const bool and_all_that_follow = GetParam();
+  const EntryPoints entry_points;
+  const CrashReporter reporter;
+  FailingAllocations allocations(entry_points.module());
+  int failures = 0;
+  for (const LibraryClass& description : library_classes()) {
+    const auto object = entry_points.create<IDispatch>(description.class_id);
+    for (const MemberOf& member : members_of(object.get())) {
+      if (is_left_out(member.name)) continue;
+      const std::wstring name = description.name + L"." + member.name;
+      SCOPED_TRACE(std::string(name.begin(), name.end()));
+      CrashReporter::set(name);
+      for (unsigned seed = 1; seed <= 3; ++seed) {
+        bool has_failed = true;
+        for (int failing = 1; failing <= kLastCall && has_failed; ++failing) {
+          RandomArguments random(seed, entry_points);
+          const auto invoke = [&](IDispatch* target, DISPID id, WORD flags, DISPPARAMS* parameters,
+                                  VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) {
+            allocations.fail_from(failing, and_all_that_follow);
+            const HRESULT status =
+                invoke_plainly(target, id, flags, parameters, result, exception, bad_argument);
+            has_failed = allocations.end();
+            return status;
+          };
+          call_at_random(random, object.get(), member, invoke);
+          failures += has_failed ? 1 : 0;
+        }
+        ASSERT_FALSE(HasFailure());
+      }
+    }
+  }
+  EXPECT_GT(failures, 1000);
+  empty_thread_state(entry_points);
+}
+
+INSTANTIATE_TEST_SUITE_P(OnceAndFromThereOn, Frame_ShortMemory, testing::Bool());
+
+TEST(Frame_Failure, memory_that_is_short_is_error_7_or_14) {
+  const EntryPoints entry_points;
+  const auto global = entry_points.create<_KwRtLib>(CLSID_KwRtLib);
+  FailingAllocations allocations(entry_points.module());
+  LONG number = 0x41424344;
+  String text;
+  for (const bool and_all_that_follow : {false, true}) {
+    allocations.fail_from(1, and_all_that_follow);
+    const HRESULT status = global->Long_2_Str(&number, &text);
+    EXPECT_TRUE(allocations.end());
+    EXPECT_TRUE(status == error_result(7) || status == error_result(14)) << std::hex << status;
+    EXPECT_EQ(text.view(), L"");
+    SetErrorInfo(0, nullptr);
+  }
+  EXPECT_EQ(global->Long_2_Str(&number, &text), S_OK);
+  EXPECT_EQ(text.view(), L"DCBA");
+  // Where only a record can tell, the record tells.
+  String buffer;
+  LONG offset = 1;
+  Value value(L"value");
+  VARIANT_BOOL failed = VARIANT_FALSE;
+  allocations.fail_from(1, false);
+  EXPECT_EQ(global->Buffer_Put(&buffer, &offset, &value, nullptr, &failed), S_OK);
+  EXPECT_TRUE(allocations.end());
+  EXPECT_EQ(failed, VARIANT_TRUE);
+  EXPECT_EQ(global->Error_Number(&number), S_OK);
+  EXPECT_TRUE(number == 7 || number == 14) << number;
+  empty_thread_state(entry_points);
+}
+
+// The language promises a stack aligned to 4 bytes and no more.
+#ifndef _WIN64
+class Frame_MisalignedCalls : public testing::TestWithParam<unsigned> {};
+
+TEST_P(Frame_MisalignedCalls, reach_every_member_late_bound) {
+  constexpr std::size_t kInvokeSlot = 6;
+  const EntryPoints entry_points;
+  const auto invoke = [&](IDispatch* object, DISPID id, WORD flags, DISPPARAMS* parameters,
+                          VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) {
+    return static_cast<HRESULT>(
+        call_misaligned(object, kInvokeSlot,
+                        {static_cast<ULONG>(id), word(&GUID_NULL), LOCALE_USER_DEFAULT, flags,
+                         word(parameters), word(result), word(exception), word(bad_argument)},
+                        GetParam()));
+  };
+  const RandomCalls calls = call_everything(entry_points, 4, 30, invoke);
+  EXPECT_GT(calls.succeeded, 1000);
+}
+
+TEST_P(Frame_MisalignedCalls, create_objects_compute_and_raise_errors_early_bound) {
+  constexpr std::size_t kCreateInstanceSlot = 3;
+  const EntryPoints entry_points;
+  Pointer<_KwRtLib> global;
+  EXPECT_EQ(call_misaligned(entry_points.factory(CLSID_KwRtLib).get(), kCreateInstanceSlot,
+                            {0, word(&__uuidof(_KwRtLib)), word(global.receive())}, GetParam()),
+            0U);
+  const auto slot_of = [&](const wchar_t* name) {
+    for (const MemberOf& member : members_of(global.get())) {
+      if (member.name == name) return member.offset_bytes / sizeof(void*);
+    }
+    return std::size_t{0};
+  };
+  double number = 1.5;
+  String text;
+  EXPECT_EQ(call_misaligned(global.get(), slot_of(L"Double_2_Str"), {word(&number), word(&text)},
+                            GetParam()),
+            0U);
+  EXPECT_EQ(text.view().substr(6), L"\xf8?");
+  double back = 0;
+  EXPECT_EQ(call_misaligned(global.get(), slot_of(L"Str_2_Double"), {word(&text), word(&back)},
+                            GetParam()),
+            0U);
+  EXPECT_EQ(back, 1.5);
+  EXPECT_EQ(call_misaligned(global.get(), slot_of(L"Str_2_Double"), {0, word(&back)}, GetParam()),
+            static_cast<ULONG>(error_result(5)));
+  EXPECT_EQ(error_description(), L"Invalid procedure call or argument");
+}
+
+INSTANTIATE_TEST_SUITE_P(Offsets, Frame_MisalignedCalls, testing::Values(4U, 8U, 12U));
+#endif
 
 }  // namespace
 }  // namespace qv::tests
