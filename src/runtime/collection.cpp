@@ -58,7 +58,7 @@ std::size_t zero_based(Long position) noexcept { return static_cast<std::size_t>
 
 class Collection::Items : public native::ordered::KeyedList<Variant> {
  public:
-  Items() noexcept : KeyedList(&upper_case) {}
+  Items() : KeyedList(&upper_case) {}
 
   Long count() const noexcept { return static_cast<Long>(size()); }
 

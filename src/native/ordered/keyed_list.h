@@ -27,7 +27,7 @@ namespace qv::native::ordered {
 template <class Value>
 class KeyedList {
  public:
-  explicit KeyedList(FoldCharacter fold) noexcept : fold_(fold) {}
+  explicit KeyedList(FoldCharacter fold) : fold_(fold) {}
   KeyedList(const KeyedList&) = delete;
   KeyedList& operator=(const KeyedList&) = delete;
   ~KeyedList() {
