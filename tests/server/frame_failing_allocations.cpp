@@ -26,22 +26,20 @@ bool fails_now() {
   return true;
 }
 
-// Stands for the function imported, whatever its calling convention and arguments; `failure` is
-// what it answers without memory.
-template <auto original, auto failure>
-struct Stand;
-#define QV_STAND(convention)                                                              \
+// Stands for the function imported; `failure` is what it answers without memory. A template for
+// each calling convention: to the compiler's matching of templates they are one.
+#define QV_STAND(Name, convention)                                                        \
+  template <auto original, auto failure>                                                  \
+  struct Name;                                                                            \
   template <class Result, class... Arguments, Result(convention* original)(Arguments...), \
             auto failure>                                                                 \
-  struct Stand<original, failure> {                                                       \
+  struct Name<original, failure> {                                                        \
     static Result convention call(Arguments... arguments) {                               \
       return fails_now() ? static_cast<Result>(failure) : original(arguments...);         \
     }                                                                                     \
   }
-QV_STAND(__cdecl);
-#ifndef _WIN64
-QV_STAND(__stdcall);
-#endif
+QV_STAND(CStand, __cdecl);
+QV_STAND(SystemStand, __stdcall);
 #undef QV_STAND
 
 struct Row {
@@ -49,33 +47,37 @@ struct Row {
   void* stand;
 };
 
+template <auto original>
+Row c_row(const char* name) {
+  return {name, reinterpret_cast<void*>(&CStand<original, nullptr>::call)};
+}
 template <auto original, auto failure = nullptr>
-constexpr Row row(const char* name) {
-  return {name, reinterpret_cast<void*>(&Stand<original, failure>::call)};
+Row system_row(const char* name) {
+  return {name, reinterpret_cast<void*>(&SystemStand<original, failure>::call)};
 }
 
 const Row kRows[] = {
-    row<&std::malloc>("malloc"),
-    row<&std::calloc>("calloc"),
-    row<&std::realloc>("realloc"),
-    row<&SysAllocString>("SysAllocString"),
-    row<&SysAllocStringLen>("SysAllocStringLen"),
-    row<&SysAllocStringByteLen>("SysAllocStringByteLen"),
-    row<&SysReAllocString, FALSE>("SysReAllocString"),
-    row<&SysReAllocStringLen, FALSE>("SysReAllocStringLen"),
-    row<&SafeArrayCreate>("SafeArrayCreate"),
-    row<&SafeArrayCreateVector>("SafeArrayCreateVector"),
-    row<&SafeArrayCopy, E_OUTOFMEMORY>("SafeArrayCopy"),
-    row<&SafeArrayRedim, E_OUTOFMEMORY>("SafeArrayRedim"),
-    row<&SafeArrayPutElement, E_OUTOFMEMORY>("SafeArrayPutElement"),
-    row<&VariantCopy, E_OUTOFMEMORY>("VariantCopy"),
-    row<&VariantCopyInd, E_OUTOFMEMORY>("VariantCopyInd"),
-    row<&CreateErrorInfo, E_OUTOFMEMORY>("CreateErrorInfo"),
-    row<&CoTaskMemAlloc>("CoTaskMemAlloc"),
-    row<&HeapAlloc>("HeapAlloc"),
-    row<&HeapReAlloc>("HeapReAlloc"),
-    row<&LocalAlloc>("LocalAlloc"),
-    row<&GlobalAlloc>("GlobalAlloc"),
+    c_row<&std::malloc>("malloc"),
+    c_row<&std::calloc>("calloc"),
+    c_row<&std::realloc>("realloc"),
+    system_row<&SysAllocString>("SysAllocString"),
+    system_row<&SysAllocStringLen>("SysAllocStringLen"),
+    system_row<&SysAllocStringByteLen>("SysAllocStringByteLen"),
+    system_row<&SysReAllocString, FALSE>("SysReAllocString"),
+    system_row<&SysReAllocStringLen, FALSE>("SysReAllocStringLen"),
+    system_row<&SafeArrayCreate>("SafeArrayCreate"),
+    system_row<&SafeArrayCreateVector>("SafeArrayCreateVector"),
+    system_row<&SafeArrayCopy, E_OUTOFMEMORY>("SafeArrayCopy"),
+    system_row<&SafeArrayRedim, E_OUTOFMEMORY>("SafeArrayRedim"),
+    system_row<&SafeArrayPutElement, E_OUTOFMEMORY>("SafeArrayPutElement"),
+    system_row<&VariantCopy, E_OUTOFMEMORY>("VariantCopy"),
+    system_row<&VariantCopyInd, E_OUTOFMEMORY>("VariantCopyInd"),
+    system_row<&CreateErrorInfo, E_OUTOFMEMORY>("CreateErrorInfo"),
+    system_row<&CoTaskMemAlloc>("CoTaskMemAlloc"),
+    system_row<&HeapAlloc>("HeapAlloc"),
+    system_row<&HeapReAlloc>("HeapReAlloc"),
+    system_row<&LocalAlloc>("LocalAlloc"),
+    system_row<&GlobalAlloc>("GlobalAlloc"),
 };
 
 }  // namespace
