@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "automation/enumerator.h"
+#include "automation/foreign_error.h"
 
 namespace qv {
 namespace {
@@ -31,19 +32,35 @@ struct Points {
 
 }  // namespace
 
+template <class Call>
+void ConnectionPoint::for_each_sink(std::vector<VARIANT> arguments, Call&& call) {
+  const Object<IUnknown> hold(owner_);    // a sink may hold the last other reference
+  const auto connections = connections_;  // sinks may come and go while they are called
+  std::ranges::reverse(arguments);
+  DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+  for (const Connection& connection : connections) call(*connection.sink.get(), parameters);
+}
+
 void ConnectionPoint::raise_event(DISPID event, std::vector<VARIANT> arguments) noexcept {
   try {
-    const Object<IUnknown> hold(owner_);    // a sink may hold the last other reference
-    const auto connections = connections_;  // sinks may come and go while they are called
-    std::ranges::reverse(arguments);
-    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    for (const Connection& connection : connections) {
-      connection.sink.get()->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
-                                    &parameters, nullptr, nullptr, nullptr);
-    }
+    for_each_sink(std::move(arguments), [event](IDispatch& sink, DISPPARAMS& parameters) {
+      sink.Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
+                  nullptr, nullptr);
+    });
   } catch (const std::bad_alloc&) {
     return;  // an event is news, not a promise
   }
+}
+
+void ConnectionPoint::raise_failing_event(DISPID event, std::vector<VARIANT> arguments) {
+  for_each_sink(std::move(arguments), [event](IDispatch& sink, DISPPARAMS& parameters) {
+    EXCEPINFO exception{};
+    const HRESULT result = sink.Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                       &parameters, nullptr, &exception, nullptr);
+    const bool has_no_handler =
+        result == DISP_E_MEMBERNOTFOUND || result == DISP_E_UNKNOWNNAME || result == E_NOTIMPL;
+    if (!has_no_handler) check_invoke(result, exception);
+  });
 }
 
 HRESULT ConnectionPoint::QueryInterface(REFIID id, void** object) {

@@ -27,6 +27,9 @@ class ConnectionPoint final : public IConnectionPoint {
   // What a sink raises is passed over: an event handler can't fail its source. A sink may
   // disconnect itself or others meanwhile.
   void raise_event(DISPID event, std::vector<VARIANT> arguments) noexcept;
+  // The same for a source whose handlers can fail it: what a sink raises goes on as a run-time
+  // error, and no further sink is called. A sink that has no handler is passed over.
+  void raise_failing_event(DISPID event, std::vector<VARIANT> arguments);
 
   IConnectionPointContainer* container() noexcept { return &container_; }
 
@@ -62,6 +65,9 @@ class ConnectionPoint final : public IConnectionPoint {
     DWORD cookie;
     Object<IDispatch> sink;
   };
+
+  template <class Call>
+  void for_each_sink(std::vector<VARIANT> arguments, Call&& call);
 
   IUnknown* owner_;
   const IID& events_;

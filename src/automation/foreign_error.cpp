@@ -25,4 +25,16 @@ void check_foreign(HRESULT result) {
   raise(std::move(error));
 }
 
+void check_invoke(HRESULT result, EXCEPINFO& exception) {
+  if (result != DISP_E_EXCEPTION) return check(result);
+  if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
+  const HRESULT code = exception.scode != 0 ? exception.scode : DISP_E_EXCEPTION;
+  raise(
+      {.number = exception.wCode != 0 ? static_cast<Long>(exception.wCode) : to_error_number(code),
+       .source = Text::adopt(exception.bstrSource),
+       .description = Text::adopt(exception.bstrDescription),
+       .help_file = Text::adopt(exception.bstrHelpFile),
+       .help_context = static_cast<Long>(exception.dwHelpContext)});
+}
+
 }  // namespace qv

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "automation/foreign_error.h"
+
 namespace qv::late_bound {
 namespace {
 
@@ -19,17 +21,6 @@ HRESULT find_member(IDispatch* object, const wchar_t* name, DISPID* id) noexcept
   const HRESULT result = object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, id);
   // An object that has names only by way of the other interface lacks this one.
   return result == E_NOTIMPL ? DISP_E_UNKNOWNNAME : result;
-}
-
-RunTimeError taken_from(EXCEPINFO& info) {
-  if (info.pfnDeferredFillIn != nullptr) info.pfnDeferredFillIn(&info);
-  const HRESULT code = info.scode != 0 ? info.scode : DISP_E_EXCEPTION;
-  return RunTimeError{
-      .number = info.wCode != 0 ? static_cast<Long>(info.wCode) : to_error_number(code),
-      .source = Text::adopt(info.bstrSource),
-      .description = Text::adopt(info.bstrDescription),
-      .help_file = Text::adopt(info.bstrHelpFile),
-      .help_context = static_cast<Long>(info.dwHelpContext)};
 }
 
 DISPID member_id(const Object<IDispatch>& object, const wchar_t* name) {
@@ -53,8 +44,7 @@ Variant invoke(const Object<IDispatch>& object, DISPID id, WORD kind,
   EXCEPINFO exception{};
   const HRESULT result = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
                                         is_put ? nullptr : answer.raw(), &exception, nullptr);
-  if (result == DISP_E_EXCEPTION) raise(taken_from(exception));
-  check(result);
+  check_invoke(result, exception);
   return answer;
 }
 

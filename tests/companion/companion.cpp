@@ -13,10 +13,8 @@ struct Entry {
   Command command;
 };
 constexpr Entry kCommands[] = {
-    {L"raw-client", raw_client},
-    {L"raw-server", raw_server},
-    {L"server", library_server},
-    {L"client", library_client},
+    {L"raw-client", raw_client}, {L"raw-server", raw_server}, {L"server", library_server},
+    {L"client", library_client}, {L"change", change},
 };
 
 }  // namespace

@@ -23,6 +23,11 @@ int library_server(const Arguments& arguments);
 // client PIPE DATA: sends a request by the library, early bound, once the server serves, and prints
 // the result and the fields of the answer.
 int library_client(const Arguments& arguments);
+// change FOLDER KIND: changes something in a folder again and again, half a minute at most, until
+// it is ended, and prints a line after the first time. KIND is write (into a file that is there),
+// create (a file), folder (make one), attributes (of a file), below (make a folder and write into a
+// file in it).
+int change(const Arguments& arguments);
 
 // BYTES are written as hexadecimal digits, "+" between pieces and "*COUNT" behind a piece that is
 // repeated: "0700+41*1000"; "-" is no byte.

@@ -29,11 +29,12 @@ enum Member : DISPID {
   kStart,
   kOutput,
   kFolder,
+  kEnd,
 };
 constexpr const wchar_t* kNames[] = {
     L"Echo",      L"Connect",  L"Disconnect",  L"ChrW",   L"AscW",    L"Sleep",   L"Bytes",
     L"Longs",     L"Strings",  L"Empty_Array", L"Same",   L"VarType", L"Missing", L"Press_Button",
-    L"Box_Title", L"Box_Text", L"Start",       L"Output", L"Folder"};
+    L"Box_Title", L"Box_Text", L"Start",       L"Output", L"Folder",  L"End"};
 
 std::wstring text_of(const VARIANT& value) {
   VARIANT text;
@@ -223,6 +224,9 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
       answer.bstrVal = SysAllocStringLen(path.data(), static_cast<UINT>(path.rfind(L'\\') + 1));
       break;
     }
+    case kEnd:
+      processes_[static_cast<std::size_t>(long_of(argument(0)) - 1)].reset();
+      break;
     default:
       return DISP_E_MEMBERNOTFOUND;
   }

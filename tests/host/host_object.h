@@ -13,6 +13,7 @@
 //   Host.Start(command)       starts a program of the tests' folder; its number
 //   Host.Output(number)       waits for that program's end and gives what it has printed
 //   Host.Folder               the folder of the test programs, with its final backslash
+//   Host.End number           ends that program
 #pragma once
 
 #include <windows.h>

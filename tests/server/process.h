@@ -45,6 +45,10 @@ class Process {
     CloseHandle(process_.hThread);
   }
 
+  // Waits until it has printed something, half a minute at most.
+  void wait_for_output() const {
+    for (int tries = 0; tries < 3000 && folder_.read(L"output").empty(); ++tries) Sleep(10);
+  }
   // Waits for its end, a minute at most, and gives what it has printed, without carriage returns.
   std::string output() {
     WaitForSingleObject(process_.hProcess, 60000);
@@ -59,7 +63,7 @@ class Process {
     return code;
   }
   bool is_running() const { return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT; }
-  DWORD id() const { return process_.dwProcessId; }
+  HANDLE handle() const { return process_.hProcess; }
 
  private:
   TempFolder folder_;
