@@ -9,6 +9,10 @@
 
 namespace qv::config {
 
+// Skips every step that fails. Makes Ini.ExePath the current folder, and its drive the current one,
+// unless STUPF_NOCHANGEPATH is in Flags; a folder that is not there leaves both as they were.
+void Start_Up(const Object<_QVtIniStruct>& Ini, const Text& IniFile, Long Flags);
+
 // A String always. Null or "" for Sect asks for the names of all sections, for Par for those of all
 // keys, each ended by a character 0. Empty = failure, told by the error state.
 Variant Ini_Get(const Variant& Sect, const Variant& Par, const Variant& DefVal,

@@ -32,6 +32,36 @@ Check "CopyTo copies SysPath", copy.SysPath, "s"
 Check "CopyTo copies ExePath", copy.ExePath, "e"
 Check "CopyTo copies TmpPath", copy.TmpPath, "t"
 
+' Start_Up
+Const STUPF_SHAREDINI = 1
+Const STUPF_NOCHANGEPATH = 2
+Set ini = CreateObject("QvRtLibOle.QVtIniStruct")
+ini.ExePath = "C:\App"
+Check "Start_Up gives Empty", Start_Up(ini, "setup", STUPF_NOCHANGEPATH), Empty
+Check "a bare name lies in ExePath", ini.IniFile, "C:\App\SETUP.INI"
+Check "ExePath stays", ini.ExePath, "C:\App"
+Check "WinPath", ini.WinPath, fso.GetSpecialFolder(0) & "\"
+Check "SysPath", ini.SysPath, fso.GetSpecialFolder(1) & "\"
+Check "TmpPath", ini.TmpPath, Get_TempPath()
+Start_Up ini, "C:\my.dir\prog", STUPF_NOCHANGEPATH
+Check "a dot in a folder's name counts", ini.IniFile, "C:\MY.DIR\PROG"
+Start_Up ini, "D:\x\a.cfg", STUPF_SHAREDINI + STUPF_NOCHANGEPATH
+Check "a shared file lies in the Windows folder", ini.IniFile, ini.WinPath & "A.CFG"
+ini.ExePath = ""
+Start_Up ini, "setup"
+Check "without ExePath a bare name stays bare", ini.IniFile, "SETUP.INI"
+text = fso.GetAbsolutePathName(".")
+ini.ExePath = "C:\no such folder"
+Start_Up ini, "setup"
+Check "a folder that is not there leaves the current one", fso.GetAbsolutePathName("."), text
+ini.ExePath = folder
+Start_Up ini, "setup"
+Check "ExePath becomes the current folder", fso.GetAbsolutePathName("."), folder
+ini.ExePath = text
+Start_Up ini, "setup"
+Start_Up Nothing, "setup"
+CheckRecord "Start_Up tells nothing", 0, ""
+
 ' Values
 ini.IniFile = folder & "\a.ini"
 Check "Ini_Put gives Empty", Ini_Put("one", "key", "a value", ini), Empty

@@ -186,6 +186,21 @@ TEST_F(FileInfo, a_missing_file_fails_with_53_and_keeps_the_rest) {
   EXPECT_EQ(size(), 5);
 }
 
+TEST_F(FileInfo, a_size_past_a_Long_is_error_6_with_the_dates_read) {
+  HANDLE handle =
+      CreateFileW(folder_.file(L"big").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  LARGE_INTEGER size;
+  size.QuadPart = 0x8000'0000;
+  SetFilePointerEx(handle, size, nullptr, FILE_BEGIN);
+  ASSERT_TRUE(SetEndOfFile(handle));
+  CloseHandle(handle);
+  EXPECT_FALSE(read(folder_.file(L"big")));
+  EXPECT_EQ(recorded_description(), L"Overflow");
+  expect_error(6, kSource);
+  EXPECT_NE(get(&_QvtFileInfo::get_LastWriteTime, DATE{0}), 0);
+  EXPECT_EQ(this->size(), 0);
+}
+
 TEST_F(FileInfo, a_fresh_record_with_no_name_fails) {
   EXPECT_FALSE(read(L""));
   EXPECT_EQ(error_source(), kSource);

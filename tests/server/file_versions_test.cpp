@@ -1,5 +1,6 @@
 // Version resources: of files made with the tests, of the system's own, of damaged ones.
 #include <algorithm>
+#include <filesystem>
 #include <random>
 
 #include "server/error_record_client.h"
@@ -283,17 +284,16 @@ TEST_F(FileVersions, names_of_any_script_and_any_length) {
   }
 }
 
-// The numbers and one text of every library of the system, against the services asked here.
-TEST_F(FileVersions, the_systems_own_libraries_tell_what_the_services_tell) {
+// The numbers and one text of every program and library of the system, type libraries and drivers
+// among them, against the services asked here.
+TEST_F(FileVersions, the_systems_own_files_tell_what_the_services_tell) {
   wchar_t system[260];
   GetSystemDirectoryW(system, 260);
   const std::wstring folder = std::wstring(system) + L"\\";
-  WIN32_FIND_DATAW found;
-  HANDLE search = FindFirstFileW((folder + L"*.dll").c_str(), &found);
-  ASSERT_NE(search, INVALID_HANDLE_VALUE);
   int with_version = 0;
-  do {
-    const std::wstring file = folder + found.cFileName;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.is_directory()) continue;
+    const std::wstring file = entry.path().wstring();
     DWORD ignored = 0;
     const DWORD size = GetFileVersionInfoSizeW(file.c_str(), &ignored);
     Numbers numbers;
@@ -319,8 +319,7 @@ TEST_F(FileVersions, the_systems_own_libraries_tell_what_the_services_tell) {
     if (VerQueryValueW(block.data(), path, reinterpret_cast<void**>(&description), &length)) {
       EXPECT_EQ(text(&_KwRtLib::GetInfoFileDescription, file), description);
     }
-  } while (FindNextFileW(search, &found));
-  FindClose(search);
+  }
   EXPECT_GT(with_version, 100);
 }
 

@@ -265,6 +265,21 @@ TEST_F(RegistryStore, a_name_that_is_too_long_fails) {
   EXPECT_EQ(error_source(), L"KwRtLibMod.RegistryWrite");
 }
 
+TEST_F(RegistryStore, paths_and_names_beyond_260_characters_work) {
+  std::wstring path = kPath;
+  for (wchar_t level = L'a'; level < L'e'; ++level) path += L"\\" + std::wstring(200, level);
+  const std::wstring name(1000, L'n');
+  EXPECT_TRUE(write(name.c_str(), Value(L"deep"), REG_SZ, path.c_str()));
+  Value value;
+  EXPECT_TRUE(read(name.c_str(), value, path.c_str()));
+  EXPECT_EQ(value.text(), L"deep");
+  LONG root = kCurrentUser;
+  VARIANT_BOOL failed = VARIANT_TRUE;
+  EXPECT_EQ(global_->RegistryDeleteKey(String(path), &root, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_FALSE);
+  EXPECT_FALSE(read(name.c_str(), value, path.c_str()));
+}
+
 TEST_F(RegistryStore, a_success_leaves_the_error_state_alone) {
   Value value;
   EXPECT_FALSE(read(L"no such value", value));
@@ -460,6 +475,17 @@ TEST_F(RegistryLists, values_names_and_types_run_in_parallel) {
       EXPECT_EQ(bytes_of(value), bytes_of(expected));
     }
   }
+}
+
+TEST_F(RegistryLists, a_locked_array_fails_and_stays) {
+  names_ = SafeArrayCreateVector(VT_BSTR, 5, 2);
+  SafeArrayLock(names_);
+  EXPECT_FALSE(list_keys(kPath));
+  expect_error(10, L"KwRtLibMod.RegistryListKeys");
+  EXPECT_FALSE(list_values(kPath));
+  expect_error(10, L"KwRtLibMod.RegistryListValues");
+  SafeArrayUnlock(names_);
+  EXPECT_EQ(texts_of(names_, 5).size(), 2U);
 }
 
 class RegistryDeletes : public RegistryStore {
