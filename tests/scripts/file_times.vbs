@@ -87,5 +87,21 @@ Check "Set_FileTime of a missing file", Set_FileTime(folder & "no such file", , 
 CheckRecord "is told by the attributes", 53, "KwRtLibMod.Set_FileTime"
 Check "Set_FileTime with no date", Set_FileTime(file, , , "none"), CInt(-1)
 CheckRecord "has no number", 0, "KwRtLibMod.Set_FileTime"
+fso.GetFile(file).Attributes = 1
+Check "Set_FileTime of a read-only file", Set_FileTime(file, , , #2003-03-04#), CInt(0)
+Check "puts the attribute back", fso.GetFile(file).Attributes And 1, CLng(1)
+Get_FileTime file, , , written
+Check "and sets the time", CStr(written), CStr(#2003-03-04#)
+fso.GetFile(file).Attributes = 0
+dt = CLng(0)
+handle = CLng(0)
+File_Open32 file, 4, 64, dt, handle
+fso.GetFile(file).Attributes = 1
+Check "Set_FileTime of an open handle", Set_FileTime(handle, , , #2004-03-04#), CInt(0)
+Check "leaves the attribute alone", fso.GetFile(file).Attributes And 1, CLng(1)
+Check "Get_FileTime of the handle", Get_FileTime(handle, , , written), CInt(0)
+Check "its time", CStr(written), CStr(#2004-03-04#)
+Check "the handle is still open", File_Close32(handle), False
+fso.GetFile(file).Attributes = 0
 fso.DeleteFile file
 Finish
