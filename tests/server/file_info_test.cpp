@@ -91,14 +91,15 @@ TEST_F(FileInfo, every_property_keeps_what_it_is_given) {
   EXPECT_EQ(get(&_QvtFileInfo::get_MajVer, LONG{0}), 0x10002);
   EXPECT_EQ(get(&_QvtFileInfo::get_MinVer, LONG{0}), 0x30004);
   EXPECT_EQ(version(), L"1.2.3.4");
-  String text;
-  EXPECT_EQ(info_->get_CLSID(&text), S_OK);
-  EXPECT_EQ(text, L"{c}");
+  String class_id;
+  EXPECT_EQ(info_->get_CLSID(&class_id), S_OK);
+  EXPECT_EQ(class_id, L"{c}");
   EXPECT_EQ(get(&_QvtFileInfo::get_IsAppExe, VARIANT_FALSE), VARIANT_TRUE);
   EXPECT_EQ(get(&_QvtFileInfo::get_IsShared, VARIANT_FALSE), VARIANT_TRUE);
   EXPECT_EQ(get(&_QvtFileInfo::get_RegMode, LONG{0}), 2);
-  EXPECT_EQ(info_->get_RegName(&text), S_OK);
-  EXPECT_EQ(text, L"r");
+  String library;
+  EXPECT_EQ(info_->get_RegName(&library), S_OK);
+  EXPECT_EQ(library, L"r");
   EXPECT_EQ(get(&_QvtFileInfo::get_Updated, VARIANT_FALSE), VARIANT_TRUE);
 }
 

@@ -112,23 +112,20 @@ TEST_F(IniStore, CopyTo_copies_the_five_texts) {
   EXPECT_EQ(ini_->put_ExePath(String(std::wstring_view(L"e\0x", 3))), S_OK);
   EXPECT_EQ(ini_->put_TmpPath(String(L"t")), S_OK);
   auto copy = create<_QVtIniStruct>(CLSID_QVtIniStruct);
-  String value;
-  EXPECT_EQ(copy->get_WinPath(&value), S_OK);
-  EXPECT_EQ(value, L"");
+  const auto text = [&](decltype(&_QVtIniStruct::get_IniFile) getter) {
+    String value;
+    EXPECT_EQ((copy.get()->*getter)(&value), S_OK);
+    return std::wstring(value.view());
+  };
+  EXPECT_EQ(text(&_QVtIniStruct::get_WinPath), L"");
   EXPECT_EQ(ini_->CopyTo(copy.variable()), S_OK);
-  EXPECT_EQ(copy->get_IniFile(&value), S_OK);
-  EXPECT_EQ(value, L"i");
-  EXPECT_EQ(copy->get_WinPath(&value), S_OK);
-  EXPECT_EQ(value, L"w");
-  EXPECT_EQ(copy->get_SysPath(&value), S_OK);
-  EXPECT_EQ(value, L"s");
-  EXPECT_EQ(copy->get_ExePath(&value), S_OK);
-  EXPECT_EQ(value, std::wstring_view(L"e\0x", 3));
-  EXPECT_EQ(copy->get_TmpPath(&value), S_OK);
-  EXPECT_EQ(value, L"t");
+  EXPECT_EQ(text(&_QVtIniStruct::get_IniFile), L"i");
+  EXPECT_EQ(text(&_QVtIniStruct::get_WinPath), L"w");
+  EXPECT_EQ(text(&_QVtIniStruct::get_SysPath), L"s");
+  EXPECT_EQ(text(&_QVtIniStruct::get_ExePath), L"e\0x"s);
+  EXPECT_EQ(text(&_QVtIniStruct::get_TmpPath), L"t");
   EXPECT_EQ(copy->CopyTo(copy.variable()), S_OK);
-  EXPECT_EQ(copy->get_IniFile(&value), S_OK);
-  EXPECT_EQ(value, L"i");
+  EXPECT_EQ(text(&_QVtIniStruct::get_IniFile), L"i");
 }
 
 TEST_F(IniStore, CopyTo_to_Nothing_is_error_91) {

@@ -70,16 +70,17 @@ TEST_F(StartUp, a_shared_file_lies_in_the_Windows_folder_whatever_path_was_given
 
 TEST_F(StartUp, the_standard_folders_are_filled_in) {
   start(L"C:\\App", L"a");
+  const auto text = [&](decltype(&_QVtIniStruct::get_WinPath) getter) {
+    String value;
+    EXPECT_EQ((ini_.get()->*getter)(&value), S_OK);
+    return std::wstring(value.view());
+  };
   wchar_t folder[260];
-  String text;
-  EXPECT_EQ(ini_->get_WinPath(&text), S_OK);
-  EXPECT_EQ(text, windows_folder());
+  EXPECT_EQ(text(&_QVtIniStruct::get_WinPath), windows_folder());
   GetSystemDirectoryW(folder, 260);
-  EXPECT_EQ(ini_->get_SysPath(&text), S_OK);
-  EXPECT_EQ(text, std::wstring(folder) + L"\\");
+  EXPECT_EQ(text(&_QVtIniStruct::get_SysPath), std::wstring(folder) + L"\\");
   GetTempPathW(260, folder);
-  EXPECT_EQ(ini_->get_TmpPath(&text), S_OK);
-  EXPECT_EQ(text, folder);
+  EXPECT_EQ(text(&_QVtIniStruct::get_TmpPath), folder);
 }
 
 TEST_F(StartUp, ExePath_becomes_the_current_folder_unless_told_otherwise) {
