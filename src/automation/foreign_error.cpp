@@ -1,14 +1,27 @@
 #include "automation/foreign_error.h"
 
-#include "automation/object.h"
-
 namespace qv {
+namespace {
 
-void check_foreign(HRESULT result) {
-  if (SUCCEEDED(result)) return;
-  RunTimeError error{.number = to_error_number(result)};
+bool describes_errors(IUnknown* object, const IID& interface_id) {
+  const auto support = Object<ISupportErrorInfo>::from(object);
+  return support && support->InterfaceSupportsErrorInfo(interface_id) == S_OK;
+}
+
+Object<IErrorInfo> error_info_of(IUnknown* object, const IID& interface_id) {
   Object<IErrorInfo> info;
-  if (GetErrorInfo(0, info.receive()) == S_OK) {
+  if (GetErrorInfo(0, info.receive()) != S_OK) return {};
+  GUID described{};
+  info->GetGUID(&described);
+  if (IsEqualGUID(described, interface_id) || describes_errors(object, interface_id)) return info;
+  return {};
+}
+
+}  // namespace
+
+void raise_foreign(IUnknown* object, const IID& interface_id, HRESULT result) {
+  RunTimeError error{.number = to_error_number(result)};
+  if (const auto info = error_info_of(object, interface_id)) {
     BSTR source = nullptr;
     BSTR description = nullptr;
     BSTR help_file = nullptr;

@@ -39,7 +39,7 @@ class PlatformBag final : public Bag {
   PlatformBag(Object<IPropertyBag> bag, IErrorLog* log) : bag_(std::move(bag)), log_(log) {}
 
   void write(const Text& name, const Variant& value) override {
-    check_foreign(bag_->Write(name.c_str(), value.raw()));
+    check_foreign(bag_, bag_->Write(name.c_str(), value.raw()));
   }
   void write_count(const Text& name, Long count) override {
     if (count != 0) write(name, count);
@@ -49,7 +49,7 @@ class PlatformBag final : public Bag {
     const HRESULT status = bag_->Read(name.c_str(), value.raw(), log_);
     // How a bag says that it has no such property.
     if (status == E_INVALIDARG && !default_value.is_missing()) return default_value;
-    check_foreign(status);
+    check_foreign(bag_, status);
     return value;
   }
 

@@ -16,7 +16,7 @@ void add_item(const Object<_kwCollection>& collection, const Variant& item, cons
   if (kwCollection* own = own_collection(collection)) return own->Add(item, key, none, none);
   Variant before = none;
   Variant after = none;
-  check_foreign(collection->Add(item.raw(), key.raw(), before.raw(), after.raw()));
+  check_foreign(collection, collection->Add(item.raw(), key.raw(), before.raw(), after.raw()));
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ Long count(const Object<_kwCollection>& collection) {
   if (const kwCollection* own = own_collection(collection)) return own->Count();
   Long result = 0;
   LONG counted = 0;
-  check_foreign(collection->Count(&counted));
+  check_foreign(collection, collection->Count(&counted));
   result = counted;
   return result;
 }
@@ -46,14 +46,14 @@ Long count(const Object<_kwCollection>& collection) {
 Variant item(const Object<_kwCollection>& collection, const Variant& index) {
   if (const kwCollection* own = own_collection(collection)) return own->get_Item(index);
   Variant result;
-  check_foreign(collection->get_Item(index.raw(), result.raw()));
+  check_foreign(collection, collection->get_Item(index.raw(), result.raw()));
   return result;
 }
 
 Text key(const Object<_kwCollection>& collection, const Variant& index) {
   if (const kwCollection* own = own_collection(collection)) return own->get_Key(index);
   BSTR result = nullptr;
-  check_foreign(collection->get_Key(index.raw(), &result));
+  check_foreign(collection, collection->get_Key(index.raw(), &result));
   return Text::adopt(result);
 }
 
@@ -64,7 +64,7 @@ std::optional<Variant> find(const Object<_kwCollection>& collection, const Varia
     return result;
   }
   VARIANT_BOOL missing = VARIANT_FALSE;
-  check_foreign(collection->ItemAssign(index.raw(), result.raw(), &missing));
+  check_foreign(collection, collection->ItemAssign(index.raw(), result.raw(), &missing));
   if (missing != VARIANT_FALSE) return std::nullopt;
   return result;
 }
@@ -72,18 +72,18 @@ std::optional<Variant> find(const Object<_kwCollection>& collection, const Varia
 bool exists(const Object<_kwCollection>& collection, const Variant& index) {
   if (const kwCollection* own = own_collection(collection)) return own->ItemExist(index);
   VARIANT_BOOL there = VARIANT_FALSE;
-  check_foreign(collection->ItemExist(index.raw(), &there));
+  check_foreign(collection, collection->ItemExist(index.raw(), &there));
   return there != VARIANT_FALSE;
 }
 
 void remove(const Object<_kwCollection>& collection, const Variant& index) {
   if (kwCollection* own = own_collection(collection)) return own->Remove(index);
-  check_foreign(collection->Remove(index.raw()));
+  check_foreign(collection, collection->Remove(index.raw()));
 }
 
 void clear(const Object<_kwCollection>& collection) {
   if (kwCollection* own = own_collection(collection)) return own->Clear();
-  check_foreign(collection->Clear());
+  check_foreign(collection, collection->Clear());
 }
 
 }  // namespace qv::collections

@@ -48,19 +48,19 @@ Object<_QvCmdArg> argument_at(const Object<_kwCollection>& arguments, const Vari
 
 Text name_of(const Object<_QvCmdArg>& argument) {
   BSTR name = nullptr;
-  check_foreign(argument->get_Name(&name));
+  check_foreign(argument, argument->get_Name(&name));
   return Text::adopt(name);
 }
 
 Text value_of(const Object<_QvCmdArg>& argument) {
   BSTR value = nullptr;
-  check_foreign(argument->get_Desc(&value));
+  check_foreign(argument, argument->get_Desc(&value));
   return Text::adopt(value);
 }
 
 Object<_kwCollection> list_of(const Object<_QvCmdArg>& argument) {
   Object<_kwCollection> list;
-  check_foreign(argument->get_List(list.receive()));
+  check_foreign(argument, argument->get_List(list.receive()));
   return list;
 }
 
@@ -73,7 +73,7 @@ void add_occurrence(const Object<_QvCmdArg>& first, const Text& value, Long ordi
   const auto list = list_of(first);
   if (count(list) == 0) {
     LONG first_ordinal = 0;
-    check_foreign(first->get_Ordinal(&first_ordinal));
+    check_foreign(first, first->get_Ordinal(&first_ordinal));
     add(list, as_item(make_argument({}, value_of(first), first_ordinal)));
   }
   add(list, as_item(make_argument({}, value, ordinal)));

@@ -31,12 +31,12 @@ class Helper {
   Long compare(Variant& a, Variant& b) const {
     if (!is_foreign()) return qv::compare(a, b);
     LONG result = 0;
-    check_foreign(object_.get()->Compare(a.raw(), b.raw(), &result));
+    check_foreign(object_, object_.get()->Compare(a.raw(), b.raw(), &result));
     return result;
   }
   void swap(Variant& a, Variant& b) const {
     if (!is_foreign()) return QvSort().Swap(a, b);
-    check_foreign(object_.get()->Swap(a.raw(), b.raw()));
+    check_foreign(object_, object_.get()->Swap(a.raw(), b.raw()));
   }
 
  private:

@@ -43,9 +43,9 @@ Boolean PackRequest(const Object<_kwPipeData>& Request, std::vector<Byte>& Packe
     LONG id = 0;
     Date date;
     BSTR data = nullptr;
-    check_foreign(Request->get_ReqId(&id));
-    check_foreign(Request->get_ReqDate(&date.days));
-    check_foreign(Request->get_ReqData(&data));
+    check_foreign(Request, Request->get_ReqId(&id));
+    check_foreign(Request, Request->get_ReqDate(&date.days));
+    check_foreign(Request, Request->get_ReqData(&data));
     put_packet(id, date, Text::adopt(data), Packet);
     return False;
   });
@@ -60,10 +60,10 @@ Boolean UnpackRequest(std::span<const Byte> Packet, const Object<_kwPipeData>& R
       own->put_ReqData(data_text(Packet, head));
       return False;
     }
-    check_foreign(Request->put_ReqId(head.request_id));
-    check_foreign(Request->put_ReqDate(head.date_days));
+    check_foreign(Request, Request->put_ReqId(head.request_id));
+    check_foreign(Request, Request->put_ReqDate(head.date_days));
     Text data = data_text(Packet, head);
-    check_foreign(Request->put_ReqData(data.data()));
+    check_foreign(Request, Request->put_ReqData(data.data()));
     return False;
   });
 }

@@ -61,6 +61,7 @@ class SortHelper : public _QvSort {
 inline HRESULT raise_helper_error() {
   Pointer<ICreateErrorInfo> info;
   CreateErrorInfo(info.receive());
+  info->SetGUID(__uuidof(_QvSort));
   info->SetSource(const_cast<wchar_t*>(L"Client.Helper"));
   info->SetDescription(const_cast<wchar_t*>(L"no more"));
   SetErrorInfo(0, Pointer<IErrorInfo>::from(info.get()).get());
