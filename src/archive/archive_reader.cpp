@@ -49,13 +49,15 @@ bool has_item(const Object<_kwCollection>& list, const Variant& key) {
   return found;
 }
 
-// The language's Name statement, from one folder to another of any drive.
+// The language's Name statement, from one folder to another of any drive. A file that has the name
+// is not replaced.
 void rename(const Text& from, const Text& to) {
-  if (path_exists(to)) raise(kFileAlreadyExists);
-  if (MoveFileExW(system_name(from).c_str(), system_name(to).c_str(), MOVEFILE_COPY_ALLOWED) ==
+  if (MoveFileExW(system_name(from).c_str(), system_name(to).c_str(), MOVEFILE_COPY_ALLOWED) !=
       FALSE) {
-    raise_file_error(to.c_str());
+    return;
   }
+  if (GetLastError() == ERROR_ALREADY_EXISTS) raise(kFileAlreadyExists);
+  raise_file_error(to.c_str());
 }
 
 class Extractor {
@@ -216,7 +218,8 @@ class Extractor {
       const Text folder(name.view().substr(0, separator));
       if (!path_exists(folder)) files::Path_Create(folder);
     }
-    files::File_Kill(name);
+    // Looking for what is not there takes the longer the more files a folder has.
+    if (path_exists(name)) files::File_Kill(name);
     rename(temporary_, name);
     if (has(FileZipConst::FZC_KEEPATTRIBUTES)) {
       set_attr(name, entry.attributes & kRestorableAttributes);
