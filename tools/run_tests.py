@@ -115,6 +115,7 @@ def run_asan(totals, pattern):
     prepare("build_preset native-asan")
     folder = BUILD / "native-asan/tests"
     run_googletest(totals, "asan", f"cd {BUILD}/native-asan && tests/native/native_tests --gtest_filter='{pattern}'", 1800)
+    run_script(totals, "asan qvarc", "python3 -B tests/peers/qvarc_checks.py native-asan 2>&1")
     for fuzzer in sorted((folder / "fuzz").glob("*_fuzz")):
         corpus = REPOSITORY / "tests/fuzz/corpus" / fuzzer.name.removesuffix("_fuzz")
         work = BUILD / "fuzz" / fuzzer.name
