@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""qvarc_checks.py native|x64|x86: the command-line program, of this machine or under Wine, beside
+"""qvarc_checks.py native|native-asan|x64|x86: the command-line program, of this machine or under Wine, beside
 the tests' own reader and writer of the format. Prints a line a check, and "done"."""
 
 import os
@@ -15,7 +15,7 @@ import compressed_file as kwcf
 
 REPOSITORY = Path(__file__).resolve().parents[2]
 BITS = sys.argv[1]
-IS_WINDOWS = BITS != "native"
+IS_WINDOWS = BITS in ("x64", "x86")
 PROGRAM = f"build/{BITS}/qvarc" + (".exe" if IS_WINDOWS else "")
 # Below the repository, which every suite sees; names in it are given relative to that.
 WORK = REPOSITORY / "build" / f"qvarc-{BITS}"
