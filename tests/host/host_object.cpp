@@ -7,8 +7,6 @@
 namespace qv::tests {
 namespace {
 
-constexpr DWORD kLongestPath = 260;
-
 enum Member : DISPID {
   kEcho = 1,
   kConnect,

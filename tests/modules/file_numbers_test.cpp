@@ -7,13 +7,13 @@
 
 #include "automation/run_time_error.h"
 #include "server/file_holder.h"
-#include "server/temporary_folder.h"
+#include "server/temp_folder.h"
 
 namespace qv::file_numbers {
 namespace {
 
 using tests::bytes_of_file;
-using tests::TemporaryFolder;
+using tests::TempFolder;
 using tests::write_file;
 
 // The number of the run-time error that the statement raises, 0 for none.
@@ -46,7 +46,7 @@ class FileNumbers : public testing::Test {
     return error_of([&] { open(number, path, options); });
   }
 
-  TemporaryFolder folder;
+  TempFolder folder;
   const std::wstring path = folder.file(L"file.txt");
 };
 

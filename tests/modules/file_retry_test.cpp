@@ -5,7 +5,7 @@
 #include "constants.h"
 #include "runtime/file_numbers.h"
 #include "server/file_holder.h"
-#include "server/temporary_folder.h"
+#include "server/temp_folder.h"
 
 namespace qv::frame {
 namespace {
@@ -23,7 +23,7 @@ class FileRetry : public testing::Test {
     return File_OpenRetry(path.c_str(), flags, sharing, record_length, number, 70, most);
   }
 
-  tests::TemporaryFolder folder;
+  tests::TempFolder folder;
   const std::wstring path = folder.file(L"file.dat");
   Long number = 0;
   Long record_length = 0;

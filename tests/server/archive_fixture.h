@@ -3,13 +3,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "server/client.h"
-#include "server/temporary_folder.h"
+#include "server/temp_folder.h"
 
 namespace qv::tests {
 
@@ -210,7 +211,7 @@ class ArchiveTest : public testing::Test {
     EXPECT_EQ(still_locked, VARIANT_FALSE);
   }
 
-  TemporaryFolder folder_;
+  TempFolder folder_;
   Pointer<_KwRtLib> global_ = create_global();
 };
 

@@ -1,5 +1,7 @@
 // FileUnzip, FileUnzipEx and FileUnzipInfo: what they restore, what they tell, what a failure
 // leaves.
+#include <filesystem>
+
 #include "server/archive_fixture.h"
 #include "server/file_holder.h"
 #include "server/zip_events.h"

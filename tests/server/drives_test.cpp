@@ -10,9 +10,6 @@
 namespace qv::tests {
 namespace {
 
-// Not by the platform's name, which the generated constants take away.
-constexpr DWORD kLongestPath = 260;
-
 constexpr DWORD kAllKinds[] = {DRIVE_REMOVABLE, DRIVE_FIXED, DRIVE_REMOTE, DRIVE_CDROM,
                                DRIVE_RAMDISK};
 

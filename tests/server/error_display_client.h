@@ -4,7 +4,7 @@
 #include <string>
 
 #include "server/client.h"
-#include "server/temporary_folder.h"
+#include "server/temp_folder.h"
 
 namespace qv::tests {
 
@@ -84,7 +84,7 @@ class ErrorDisplay : public testing::Test {
   }
 
   Pointer<_KwRtLib> global = create_global();
-  TemporaryFolder folder;
+  TempFolder folder;
   std::wstring path = folder.file(L"test.log");
 };
 

@@ -37,6 +37,10 @@ class ErrorState : public testing::Test {
     VARIANT_BOOL failed = VARIANT_TRUE;
     EXPECT_EQ(global->Buffer_Put(&buffer, &offset, &value, nullptr, &failed), S_OK);
     EXPECT_EQ(failed, VARIANT_FALSE);
+    // The system's last error of another test stays with the thread until the next platform call.
+    String guid;
+    SetLastError(0);
+    EXPECT_EQ(global->Guid_String(&guid), S_OK);
   }
 
   // The record with every field filled.

@@ -1,20 +1,41 @@
-// A folder of a test's own, removed with what is in it.
+// Files of tests: a folder of a test's own, and what is in a file.
 #pragma once
 
 #include <windows.h>
 
-#include <fstream>
-#include <iterator>
+#include <cstdio>
 #include <string>
 #include <string_view>
 
 namespace qv::tests {
 
+// Not by the platform's name, which the generated constants take away.
+inline constexpr DWORD kLongestPath = 260;
+
+// The bytes of a file; empty where there is none.
+inline std::string bytes_of_file(const std::wstring& path) {
+  std::string bytes;
+  std::FILE* file = _wfopen(path.c_str(), L"rb");
+  if (file == nullptr) return bytes;
+  for (int byte = std::fgetc(file); byte != EOF; byte = std::fgetc(file)) {
+    bytes += static_cast<char>(byte);
+  }
+  std::fclose(file);
+  return bytes;
+}
+
+inline void write_file(const std::wstring& path, std::string_view bytes) {
+  std::FILE* file = _wfopen(path.c_str(), L"wb");
+  std::fwrite(bytes.data(), 1, bytes.size(), file);
+  std::fclose(file);
+}
+
+// Removed with all that is in it, whatever its attributes, when the test ends.
 class TempFolder {
  public:
   TempFolder() {
-    wchar_t base[MAX_PATH];
-    GetTempPathW(MAX_PATH, base);
+    wchar_t base[kLongestPath];
+    GetTempPathW(kLongestPath, base);
     static int number = 0;
     path_ = std::wstring(base) + L"qvrt" + std::to_wstring(GetCurrentProcessId()) + L"_" +
             std::to_wstring(++number) + L"\\";
@@ -22,28 +43,16 @@ class TempFolder {
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder() { remove_tree(path_); }
+  ~TempFolder() { remove_tree(L"\\\\?\\" + path_); }  // so that no path is too long
 
   // With its final backslash.
   const std::wstring& path() const { return path_; }
   std::wstring file(std::wstring_view name) const { return path_ + std::wstring(name); }
   void write(std::wstring_view name, std::string_view bytes) const {
-    HANDLE file_handle = CreateFileW(file(name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                     FILE_ATTRIBUTE_NORMAL, nullptr);
-    DWORD written = 0;
-    WriteFile(file_handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    CloseHandle(file_handle);
+    write_file(file(name), bytes);
   }
   std::string read(std::wstring_view name) const {
-    HANDLE file_handle =
-        CreateFileW(file(name).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file_handle == INVALID_HANDLE_VALUE) return "(no such file)";
-    std::string bytes(GetFileSize(file_handle, nullptr), '\0');
-    DWORD read_bytes = 0;
-    ReadFile(file_handle, bytes.data(), static_cast<DWORD>(bytes.size()), &read_bytes, nullptr);
-    CloseHandle(file_handle);
-    return bytes;
+    return exists(name) ? bytes_of_file(file(name)) : "(no such file)";
   }
   bool exists(std::wstring_view name) const {
     return GetFileAttributesW(file(name).c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -58,10 +67,10 @@ class TempFolder {
         const std::wstring name = found.cFileName;
         if (name == L"." || name == L"..") continue;
         const std::wstring full = folder + name;
+        SetFileAttributesW(full.c_str(), FILE_ATTRIBUTE_NORMAL);
         if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
           remove_tree(full + L"\\");
         } else {
-          SetFileAttributesW(full.c_str(), FILE_ATTRIBUTE_NORMAL);
           DeleteFileW(full.c_str());
         }
       } while (FindNextFileW(search, &found) != FALSE);
