@@ -16,16 +16,19 @@
 #include <vector>
 
 #include "host/event_sink.h"
+#include "host/desk_object.h"
 #include "host/host_object.h"
 #include "interfaces.h"
 
 namespace {
 
+using qv::tests::DeskObject;
 using qv::tests::HostObject;
 
 constexpr CLSID kVbScript = {
     0xb54f3741, 0x5b07, 0x11cf, {0xa4, 0xb0, 0x00, 0xaa, 0x00, 0x4a, 0x55, 0xe8}};
 constexpr const wchar_t* kHostName = L"Host";
+constexpr const wchar_t* kDeskName = L"Desk";
 constexpr const wchar_t* kGlobalName = L"KwRtLibGlobal";
 constexpr const wchar_t* kConstantsName = L"QvRtLibGlobal";
 
@@ -41,6 +44,7 @@ class Site final : public IActiveScriptSite, public IActiveScriptSiteWindow {
  public:
   bool failed = false;
   IUnknown* host = nullptr;
+  IUnknown* desk = nullptr;
   IUnknown* global = nullptr;
   IUnknown* constants = nullptr;
 
@@ -68,7 +72,10 @@ class Site final : public IActiveScriptSite, public IActiveScriptSiteWindow {
     if (info != nullptr) *info = nullptr;
     if ((mask & SCRIPTINFO_IUNKNOWN) == 0 || item == nullptr) return S_OK;
     const std::wstring wanted = name;
-    *item = wanted == kHostName ? host : wanted == kGlobalName ? global : constants;
+    *item = wanted == kHostName     ? host
+            : wanted == kDeskName   ? desk
+            : wanted == kGlobalName ? global
+                                    : constants;
     if (*item == nullptr) return TYPE_E_ELEMENTNOTFOUND;
     (*item)->AddRef();
     return S_OK;
@@ -116,7 +123,9 @@ std::wstring read_scripts(int count, wchar_t** names) {
 int run(int count, wchar_t** names) {
   Site site;
   HostObject host;
+  DeskObject desk;
   site.host = &host;
+  site.desk = &desk;
   CoCreateInstance(CLSID_KwRtLib, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
                    reinterpret_cast<void**>(&site.global));
   CoCreateInstance(CLSID_QvRtLib, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
@@ -140,6 +149,7 @@ int run(int count, wchar_t** names) {
   script->SetScriptSite(&site);
   parser->InitNew();
   script->AddNamedItem(kHostName, SCRIPTITEM_ISVISIBLE);
+  script->AddNamedItem(kDeskName, SCRIPTITEM_ISVISIBLE);
   constexpr DWORD kGlobal = SCRIPTITEM_ISVISIBLE | SCRIPTITEM_GLOBALMEMBERS;
   script->AddNamedItem(kGlobalName, kGlobal);
   script->AddNamedItem(kConstantsName, kGlobal);
