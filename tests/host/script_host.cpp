@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "host/event_sink.h"
 #include "host/desk_object.h"
+#include "host/event_sink.h"
 #include "host/host_object.h"
 #include "interfaces.h"
 
