@@ -186,6 +186,40 @@ text = ""
 For Each i In box: text = text & i.Number & ";": Next
 Check "when the helper exchanges that", text, "1;3;5;9;"
 
+' Objects are compared by their default values and stay objects.
+Class Weighed
+  Public Weight
+  Public Default Property Get Value()
+    Value = Weight
+  End Property
+End Class
+Function Weights(numbers)
+  Dim k, objects
+  objects = ArrayCreate(1, Array(UBound(numbers) + 1, 0), 12)
+  For k = 0 To UBound(numbers)
+    Set objects(k) = New Weighed
+    objects(k).Weight = numbers(k)
+  Next
+  Weights = objects
+End Function
+Function Weights_Of(objects)
+  Dim k
+  Weights_Of = ""
+  For k = 0 To UBound(objects)
+    Weights_Of = Weights_Of & IsObject(objects(k)) & " " & objects(k).Weight & ";"
+  Next
+End Function
+a = Weights(Array(3, 1, 2, 1))
+Check "objects are sorted by their default values", QuickSort(a), False
+Check "and stay objects", Weights_Of(a), "True 1;True 1;True 2;True 3;"
+a = Weights(Array(3, 1, 2, 1))
+Check "ShellSort sorts objects as well", ShellSort(a), False
+Check "and leaves them objects", Weights_Of(a), "True 1;True 1;True 2;True 3;"
+Check "BinarySearch compares by default values too", BinarySearch(a, 2), CLng(2)
+Set a(0) = New Record_Of
+Check "an object without a default value does not compare", QuickSort(a), True
+CheckRecord "as one without the member", 438, "KwRtLibMod.QuickSort"
+
 ' --- ShellSort
 a = Array(5, 3, "x", 9, 1, 7.5)
 Check "ShellSort says that it is done", ShellSort(a), False

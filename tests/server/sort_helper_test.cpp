@@ -187,6 +187,7 @@ TEST_F(SortingByHelper, an_error_of_Compare_stops_the_sort_and_is_recorded) {
   EXPECT_EQ(quick_sort(array, helper), VARIANT_TRUE);
   EXPECT_EQ(record(), (Record{513, L"no more", L"KwRtLibMod.QuickSort"}));
   EXPECT_EQ(helper.compares, 3);
+  EXPECT_EQ(array.parray->cLocks, 0U) << "the array is free again";
   std::vector<LONG> numbers;
   for (const Value& value : variants_of(array)) numbers.push_back(value.lVal);
   std::ranges::sort(numbers);
@@ -292,6 +293,40 @@ TEST_F(SortingByHelper, sorts_a_collection_of_objects_by_exchanging_what_they_ho
     numbers.push_back(number_of(&item));
   }
   EXPECT_EQ(numbers, (std::vector<LONG>{1, 3, 5, 7, 9}));
+}
+
+// The record of a filter, as the type library describes it.
+Pointer<IRecordInfo> filter_record() {
+  Pointer<IRecordInfo> info;
+  EXPECT_EQ(GetRecordInfoFromGuids(LIBID_QvRtLibOle, 40, 3, 0x409, GUID_BFILTER, info.receive()),
+            S_OK);
+  return info;
+}
+
+TEST_F(SortingByHelper, gets_records_by_reference) {
+  const auto info = filter_record();
+  ASSERT_TRUE(info);
+  SAFEARRAYBOUND bound{4, 1};
+  Value array;
+  array.parray = SafeArrayCreateEx(VT_RECORD, 1, &bound, info.get());
+  array.vt = VT_ARRAY | VT_RECORD;
+  auto* filters = static_cast<BFILTER*>(array.parray->pvData);
+  for (LONG i = 0; i < 4; ++i) filters[i].Bits = 40 - 10 * i;
+  SortHelper helper;
+  helper.on_compare = [&](VARIANT* a, VARIANT* b, LONG* result) {
+    EXPECT_EQ(a->vt, VT_BYREF | VT_RECORD);
+    EXPECT_EQ(a->pRecInfo, info.get());
+    *result = static_cast<BFILTER*>(a->pvRecord)->Bits - static_cast<BFILTER*>(b->pvRecord)->Bits;
+    return S_OK;
+  };
+  helper.on_swap = [](VARIANT* a, VARIANT* b) {
+    std::swap(*static_cast<BFILTER*>(a->pvRecord), *static_cast<BFILTER*>(b->pvRecord));
+    return S_OK;
+  };
+  EXPECT_EQ(quick_sort(array, helper), VARIANT_FALSE);
+  for (LONG i = 0; i < 4; ++i) EXPECT_EQ(filters[i].Bits, 10 * (i + 1));
+  EXPECT_EQ(quick_sort(array), VARIANT_TRUE) << "by themselves they don't compare";
+  EXPECT_EQ(record(), (Record{13, L"Type mismatch", L"KwRtLibMod.QuickSort"}));
 }
 
 TEST_F(SortingByHelper, an_index_beyond_a_Long_is_an_overflow) {
