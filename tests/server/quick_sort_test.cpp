@@ -236,7 +236,7 @@ TEST_F(QuickSort, elements_that_do_not_compare_fail) {
   Value arrays = array_of_variants({1, array_of<LONG>(VT_I4, {1}), 2});
   EXPECT_EQ(quick_sort(arrays), VARIANT_TRUE);
   EXPECT_EQ(record(), (Record{13, L"Type mismatch", L"KwRtLibMod.QuickSort"}));
-  Value large = array_of_variants({currency_value(10000), 1e300, 2});
+  Value large = array_of_variants({currency_value(10000), 1e300});
   EXPECT_EQ(quick_sort(large), VARIANT_TRUE) << "no Currency is so large";
   EXPECT_EQ(record(), (Record{6, L"Overflow", L"KwRtLibMod.QuickSort"}));
 }

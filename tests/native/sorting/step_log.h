@@ -75,12 +75,14 @@ class LoggedArray {
   int random_numbers() const { return random_.count(); }
 
   bool exchanges_nothing = false;
+  bool keeps_log = true;
 
  private:
   Marked& at(std::int32_t index) {
     return elements_.at(static_cast<std::size_t>(std::int64_t{index} - lower_bound_));
   }
   void log(char what, std::int32_t a, std::int32_t b) {
+    if (!keeps_log) return;
     steps_ += what + std::to_string(a) + ',' + std::to_string(b) + ' ';
   }
 
