@@ -139,10 +139,10 @@ Long LS_GetItemRect(const Object<IDispatch>& Ctl, const Object<_QvtRect>& lpRect
   if (!is_list_box(Ctl)) return kFailure;
   RECT area{};
   const Long answer = send(window_of(Ctl), LB_GETITEMRECT, static_cast<WPARAM>(ItemNo), &area);
-  check_foreign(lpRect->put_RcLeft(area.left));
-  check_foreign(lpRect->put_RcTop(area.top));
-  check_foreign(lpRect->put_RcRight(area.right));
-  check_foreign(lpRect->put_RcBottom(area.bottom));
+  check_foreign(lpRect, lpRect->put_RcLeft(area.left));
+  check_foreign(lpRect, lpRect->put_RcTop(area.top));
+  check_foreign(lpRect, lpRect->put_RcRight(area.right));
+  check_foreign(lpRect, lpRect->put_RcBottom(area.bottom));
   return answer;
 }
 
