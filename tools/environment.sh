@@ -35,19 +35,23 @@ install_packages() {
 
 # The 32-bit Wine lives in a root of its own: Debian's security archive has no usable i386 index to
 # install it beside the host's packages.
+packages32=(wine wine32 xvfb xauth fonts-liberation)
+
 prepare_root32() {
-  if [ ! -e "$root32/.complete" ]; then
+  if [ "$(cat "$root32/.complete" 2> /dev/null)" != "${packages32[*]}" ]; then
     say "making a 32-bit Debian with Wine in $root32 (about two minutes, once)"
     [ "$(id -u)" -eq 0 ] || die "the 32-bit root must be made by root"
-    rm -rf "$root32"
-    mkdir -p "$root32"
-    debootstrap --arch=i386 --variant=minbase bookworm "$root32" > "$build/debootstrap.log" 2>&1 ||
-      { tail -20 "$build/debootstrap.log"; die "debootstrap failed"; }
-    chroot "$root32" sh -c 'apt-get update -qq &&
-      DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends \
-        wine wine32 xvfb xauth' > "$build/wine32.log" 2>&1 ||
+    if [ ! -e "$root32/.complete" ]; then
+      rm -rf "$root32"
+      mkdir -p "$root32"
+      debootstrap --arch=i386 --variant=minbase bookworm "$root32" > "$build/debootstrap.log" 2>&1 ||
+        { tail -20 "$build/debootstrap.log"; die "debootstrap failed"; }
+    fi
+    chroot "$root32" sh -c "apt-get update -qq &&
+      DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends ${packages32[*]}" \
+      > "$build/wine32.log" 2>&1 ||
       { tail -20 "$build/wine32.log"; die "installing the 32-bit Wine failed"; }
-    touch "$root32/.complete"
+    echo "${packages32[*]}" > "$root32/.complete"
   fi
   mountpoint -q "$root32/proc" || mount -t proc proc "$root32/proc"
   mkdir -p "$root32$inside32"
