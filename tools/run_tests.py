@@ -2,8 +2,9 @@
 """Runs the suites named, prints every failure and at last one line "N passed, N failed".
 
 Suites: native (the portable core), asan (the same under sanitizers, and a short run of every
-fuzzer), docs (the reference pages, the released interface), x64 and x86 (the server under Wine: the modules from inside,
-typed clients, scripts on the small script host and on the platform's own cscript).
+fuzzer), docs (the reference pages, the released interface), x64 and x86 (the server under Wine: the
+modules from inside, typed clients, scripts on the small script host and on the platform's own
+cscript), package (what users download: built twice, installed, used, removed).
 """
 
 import argparse
@@ -136,13 +137,16 @@ def scripts_matching(folder, word):
     return sorted(p for p in folder.glob("*.vbs") if word in p.name)
 
 
-def run_docs(totals):
+def run_python(totals, title, folder):
+    """The unit tests of a folder."""
     # The system's own Python: the packages of the tests are installed for that one.
-    _, output = captured("/usr/bin/python3 -B -m unittest discover -s tests/reference -p '*_test.py' -v 2>&1", 300)
+    _, output = captured(
+        f"/usr/bin/python3 -B -m unittest discover -s {folder} -p '*_test.py' -v 2>&1", 600
+    )
     passed = len(re.findall(r" \.\.\. ok$", output, re.M))
     failed = len(re.findall(r" \.\.\. (?:FAIL|ERROR)$", output, re.M)) or int("\nOK" not in output)
     totals.add(passed, failed)
-    print(f"docs: {passed} passed, {failed} failed", flush=True)
+    print(f"{title}: {passed} passed, {failed} failed", flush=True)
     if failed:
         print(output[-8000:])
 
@@ -227,7 +231,9 @@ def main():
         elif suite == "asan":
             run_asan(totals, pattern)
         elif suite == "docs":
-            run_docs(totals)
+            run_python(totals, "docs", "tests/reference")
+        elif suite == "package":
+            run_python(totals, "package", "tests/package")
         else:
             run_windows(totals, suite, pattern, options.filter)
     print(f"\n{totals.passed} passed, {totals.failed} failed")

@@ -8,7 +8,6 @@ import markdown
 
 from .vb_text import argument_text, errors_of, signature, type_name
 
-HIDDEN_IDS = {-4}  # enumerators are reached by For Each
 KINDS = {"propget": "property", "propput": "property", "propputref": "property", "event": "event"}
 
 
@@ -34,6 +33,11 @@ class Member:
         return re.split(r"(?<=[.;]) ", self.summary, maxsplit=1)[0].rstrip(";.") + "."
 
 
+def help_context(class_number, base, dispid):
+    """As the type library has it; a class's default member and enumerator share the class's own."""
+    return class_number * 1000 + base + dispid if dispid > 0 else None
+
+
 def members_of(library):
     """{class name: [Member]} in the order of the interfaces."""
     result = {}
@@ -44,9 +48,8 @@ def members_of(library):
             for operation in interface.operations if interface else ():
                 names.setdefault(operation.name, []).append(operation)
             members += [
-                Member(coclass.name, name, operations, number * 1000 + base + operations[0].dispid)
+                Member(coclass.name, name, operations, help_context(number, base, operations[0].dispid))
                 for name, operations in names.items()
-                if operations[0].dispid not in HIDDEN_IDS
             ]
         result[coclass.name] = members
     return result
@@ -184,7 +187,8 @@ class Site:
             + (f"<h2>See also</h2><p>{see}</p>" if see else ""),
             crumbs,
         )
-        self.contexts[member.context] = page
+        if member.context is not None:
+            self.contexts[member.context] = page
 
     def family_members(self, family):
         return [
