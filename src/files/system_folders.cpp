@@ -1,8 +1,5 @@
 #include "files/system_folders.h"
 
-// shlobj.h needs windows.h before it.
-#include <shlobj.h>
-
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -12,6 +9,7 @@
 #include "files/path_text.h"
 #include "frame/error_state.h"
 #include "runtime/err.h"
+#include "runtime/shell_item.h"
 #include "runtime/system_name.h"
 #include "runtime/system_text.h"
 
@@ -28,18 +26,6 @@ Text folder_from(Service service) {
   service(buffer.data(), static_cast<UINT>(buffer.size()));
   capture_last_dll_error();
   return Full_Path(buffer.data());
-}
-
-// The shell tells folders of its own by names too, such as "::{...}": no program can open those.
-bool is_in_file_system(std::wstring_view path) {
-  return path.substr(1).starts_with(L":\\") || path.starts_with(L"\\\\");
-}
-
-// Some folders come with their final backslash from the shell; of a root it is part of the name.
-std::wstring_view without_final_backslash(std::wstring_view path) {
-  constexpr std::size_t kRoot = 3;
-  if (path.size() > kRoot && path.ends_with(L'\\')) path.remove_suffix(1);
-  return path;
 }
 
 // For a service that failed just now and whose error has been captured.
@@ -70,16 +56,7 @@ Text Get_SpecialPath(Long Id) {
   return frame::handled(L"KwRtLibMod.Get_SpecialPath", frame::kTakeError, Text(), [&] {
     // As a Long the flag that creates the folder has all bits above it set.
     constexpr Long kNumberAndFlags = 0xFFFF;
-    PIDLIST_ABSOLUTE item = nullptr;
-    const HRESULT found = SHGetSpecialFolderLocation(nullptr, Id & kNumberAndFlags, &item);
-    capture_last_dll_error();
-    if (found != S_OK) return Text();
-    std::array<wchar_t, kPathRoom> buffer{};
-    const BOOL has_path = SHGetPathFromIDListW(item, buffer.data());
-    capture_last_dll_error();
-    CoTaskMemFree(item);
-    const std::wstring_view path = buffer.data();
-    return has_path && is_in_file_system(path) ? Text(without_final_backslash(path)) : Text();
+    return ShellItem::special_folder(nullptr, Id & kNumberAndFlags).path();
   });
 }
 
@@ -184,6 +161,23 @@ Double Get_DiskSpace(const Text& RootPath) {
   return success ? Double{1} * sectors * sector_bytes * free_clusters : -1;
 }
 
+namespace {
+
+// "" where no drive has it. A machine may have no drive at all.
+Text first_with_space(const Array<Text>& roots, Double space_bytes) {
+  if (roots.dimensions() == 0) return {};
+  for (const Text& root : roots.lock()) {
+    Text text;
+    Long number = 0;
+    Long type = 0;
+    if (GetVolumeInfo(root, text, number, number, number, text, type)) continue;
+    if (is_searched(type) && Get_DiskSpace(root) >= space_bytes) return root;
+  }
+  return {};
+}
+
+}  // namespace
+
 Boolean Get_DiskFree(Double MinSpace, Text& RetRoot) {
   constexpr const wchar_t* kSource = L"KwRtLibMod.Get_DiskFree";
   return frame::handled(kSource, frame::kChain, True, [&]() -> Boolean {
@@ -192,17 +186,7 @@ Boolean Get_DiskFree(Double MinSpace, Text& RetRoot) {
       frame::Set_Error({.Source = kSource}, frame::kChain);
       return True;
     }
-    for (const Text& root : roots.lock()) {
-      Text text;
-      Long number = 0;
-      Long type = 0;
-      if (GetVolumeInfo(root, text, number, number, number, text, type)) continue;
-      if (is_searched(type) && Get_DiskSpace(root) >= MinSpace) {
-        RetRoot = root;
-        return False;
-      }
-    }
-    RetRoot = Text();
+    RetRoot = first_with_space(roots, MinSpace);
     return False;
   });
 }

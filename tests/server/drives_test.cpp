@@ -1,9 +1,11 @@
 // What the machine's drives look like.
+#include <cwchar>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "server/error_record_client.h"
+#include "server/import_patch.h"
 #include "server/temp_folder.h"
 #include "server/test_drive.h"
 
@@ -124,6 +126,66 @@ TEST_F(Drives, do_not_go_into_an_array_that_is_locked) {
   SafeArrayGetUBound(roots, 1, &upper);
   EXPECT_EQ(upper, 3);
   SafeArrayDestroy(roots);
+}
+
+// A system that refuses the list, one that has no drive at all, and one with more than the first
+// request has room for.
+DWORD WINAPI refuse_list(DWORD, wchar_t*) {
+  SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return 0;
+}
+DWORD WINAPI give_empty_list(DWORD, wchar_t* list) {
+  *list = L'\0';
+  return 1;
+}
+DWORD WINAPI give_long_list(DWORD room, wchar_t* list) {
+  constexpr DWORD kDrives = 1000;
+  constexpr DWORD kLength = 4 * kDrives;
+  if (room <= kLength) return kLength + 1;
+  for (DWORD i = 0; i < kDrives; ++i) std::wmemcpy(list + 4 * i, L"X:\\", 4);
+  list[kLength] = L'\0';
+  return kLength;
+}
+
+TEST_F(Drives, that_the_system_does_not_list_are_a_failure) {
+  const ImportPatch patch("GetLogicalDriveStringsW", refuse_list);
+  ASSERT_TRUE(patch.is_in_place());
+  SAFEARRAY* roots = nullptr;
+  VARIANT_BOOL failed = VARIANT_FALSE;
+  EXPECT_EQ(global_->GetDriveStrings(&roots, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_TRUE);
+  EXPECT_EQ(roots, nullptr);
+  EXPECT_EQ(last_dll_error(), ERROR_NOT_ENOUGH_MEMORY);
+  expect_refusal(L"KwRtLibMod.GetDriveStrings");
+}
+
+TEST_F(Drives, that_the_system_does_not_list_can_t_be_searched) {
+  const ImportPatch patch("GetLogicalDriveStringsW", refuse_list);
+  double space = 0;
+  String root(L"old");
+  VARIANT_BOOL failed = VARIANT_FALSE;
+  EXPECT_EQ(global_->Get_DiskFree(&space, &root, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_TRUE);
+  EXPECT_EQ(root.view(), L"old");
+  expect_refusal(L"KwRtLibMod.GetDriveStrings < KwRtLibMod.Get_DiskFree");
+}
+
+TEST_F(Drives, that_are_none_leave_the_array_unallocated) {
+  const ImportPatch patch("GetLogicalDriveStringsW", give_empty_list);
+  SAFEARRAY* roots = nullptr;
+  VARIANT_BOOL failed = VARIANT_TRUE;
+  EXPECT_EQ(global_->GetDriveStrings(&roots, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_FALSE);
+  EXPECT_EQ(roots, nullptr);
+  EXPECT_EQ(first_with(0), L"");
+  expect_no_error();
+}
+
+TEST_F(Drives, of_a_long_list_are_all_there) {
+  const ImportPatch patch("GetLogicalDriveStringsW", give_long_list);
+  const auto names = listed();
+  ASSERT_EQ(names.size(), 1000u);
+  EXPECT_EQ(names.back(), L"X:\\");
 }
 
 TEST_F(Drives, tell_their_kind) {

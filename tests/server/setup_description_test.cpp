@@ -1,13 +1,10 @@
 // Setup descriptions and the records made of them.
 
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "server/collection_client.h"
-#include "server/error_record_client.h"
-#include "server/registry_value.h"
+#include "server/format_page.h"
 #include "server/setup_client.h"
 #include "server/temp_folder.h"
 
@@ -58,16 +55,9 @@ class SetupDescription : public SetupClient {
   const TempFolder folder_;
 };
 
-// The working folder is the repository's.
 std::string example_of_the_page() {
-  std::ifstream page("docs/formats/setup-description.md");
-  EXPECT_TRUE(page.is_open());
   std::string example;
-  bool inside = false;
-  for (std::string line; std::getline(page, line) && !(inside && line.starts_with("```"));) {
-    if (inside) example += line + "\r\n";
-    inside = inside || line.starts_with("```ini");
-  }
+  for (const auto& line : block_of_page("setup-description.md", "ini", 1)) example += line + "\r\n";
   return example;
 }
 
