@@ -36,6 +36,15 @@ Text upper_case(std::wstring_view text) {
   return upper;
 }
 
+std::string narrow_text(std::wstring_view text) {
+  const auto length = static_cast<int>(text.size());
+  std::string bytes(text.size() * 4, '\0');  // no code page takes more for a character
+  bytes.resize(static_cast<std::size_t>(
+      WideCharToMultiByte(CP_ACP, 0, text.data(), length, bytes.data(),
+                          static_cast<int>(bytes.size()), nullptr, nullptr)));
+  return bytes;
+}
+
 Text before_character_0(std::wstring_view text) { return Text(text.substr(0, text.find(L'\0'))); }
 
 }  // namespace qv

@@ -4,9 +4,9 @@
 #include <richedit.h>
 
 #include <algorithm>
-#include <string>
 
 #include "automation/late_bound.h"
+#include "runtime/characters.h"
 #include "runtime/err.h"
 #include "ui/control_helpers.h"
 #include "ui/control_window.h"
@@ -51,15 +51,6 @@ Long find_text(HWND window, Long flags, const Character* text, Long& start, Long
   start = record.chrg.cpMin;
   end = record.chrg.cpMax;
   return found;
-}
-
-std::string narrow(const Text& text) {
-  const int length = static_cast<int>(text.size());
-  std::string bytes(text.size() * 2, '\0');  // no ANSI code page takes more for a character
-  bytes.resize(static_cast<std::size_t>(
-      WideCharToMultiByte(CP_ACP, 0, text.data(), length, bytes.data(),
-                          static_cast<int>(bytes.size()), nullptr, nullptr)));
-  return bytes;
 }
 
 }  // namespace
@@ -129,7 +120,7 @@ Long TX_Find(const Object<IDispatch>& Ctl, Long Flags, const Text& SrcText, Long
   // window's own form.
   return IsWindowUnicode(window) != FALSE
              ? find_text<FINDTEXTW>(window, Flags, SrcText.c_str(), StartPos, EndPos)
-             : find_text<FINDTEXTA>(window, Flags, narrow(SrcText).c_str(), StartPos, EndPos);
+             : find_text<FINDTEXTA>(window, Flags, narrow_text(SrcText).c_str(), StartPos, EndPos);
 }
 
 Integer TX_GetLine(const Object<IDispatch>& Ctl, Long LineNo, Text& Buffer) {
