@@ -216,10 +216,9 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
       break;
     }
     case kFolder: {
-      std::wstring path(kLongestPath, L'\0');
-      path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));
+      const std::wstring folder = program_folder();
       answer.vt = VT_BSTR;
-      answer.bstrVal = SysAllocStringLen(path.data(), static_cast<UINT>(path.rfind(L'\\') + 1));
+      answer.bstrVal = SysAllocStringLen(folder.data(), static_cast<UINT>(folder.size()));
       break;
     }
     case kEnd:

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "server/error_record_client.h"
+#include "server/process.h"
 #include "server/temp_folder.h"
 
 namespace qv::tests {
@@ -260,11 +261,7 @@ class LargeTree : public FileSearchRecords {
  protected:
   LargeTree() { root_ = folder(); }
 
-  static std::wstring folder() {
-    wchar_t program[260];
-    const std::wstring_view path(program, GetModuleFileNameW(nullptr, program, 260));
-    return std::wstring(path.substr(0, path.rfind(L'\\') + 1)) + L"large_tree\\";
-  }
+  static std::wstring folder() { return program_folder() + L"large_tree\\"; }
   // The names of its files below its folder, as the standard library walks it; once, since that
   // takes seconds.
   static std::set<std::wstring> walk() {

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "server/process.h"
+
 namespace qv::tests {
 
 inline constexpr WORD kBinary = 0;
@@ -77,10 +79,7 @@ inline bool put_version(const std::wstring& program, const std::string& resource
 
 // A program file that holds nothing but a version resource, made with the tests.
 inline std::wstring version_sample(std::wstring_view name) {
-  std::wstring path(260, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), 260));
-  path.resize(path.rfind(L'\\') + 1);
-  return path + L"version_" + std::wstring(name) + L".dll";
+  return program_folder() + L"version_" + std::wstring(name) + L".dll";
 }
 
 }  // namespace qv::tests
