@@ -14,7 +14,8 @@ struct Entry {
 };
 constexpr Entry kCommands[] = {
     {L"raw-client", raw_client}, {L"raw-server", raw_server}, {L"server", library_server},
-    {L"client", library_client}, {L"change", change},
+    {L"client", library_client}, {L"change", change},         {L"dde", dde},
+    {L"windows", windows},
 };
 
 }  // namespace
@@ -49,11 +50,19 @@ std::string hex_of(const std::string& bytes) {
   return text;
 }
 
+std::wstring own_path() {
+  std::wstring path(1024, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+  return path;
+}
+
 }  // namespace qv::companion
 
 int wmain(int count, wchar_t** words) {
   using namespace qv::companion;
   std::setvbuf(stdout, nullptr, _IONBF, 0);
+  const std::wstring path = own_path();
+  if (!path.ends_with(L"\\companion.exe")) return stand_in(path);
   if (count < 2) return 1;
   for (const auto& [name, command] : kCommands) {
     if (std::wstring(name) == words[1]) return command(Arguments(words + 2, words + count));

@@ -1,5 +1,5 @@
-// companion COMMAND ARGUMENT...: the other process of tests. Each command is one task that a test
-// needs somebody else to do; what it has to tell goes to the standard output, a line each.
+// companion.exe COMMAND ARGUMENT...: the other process of tests. Each command is one task that a
+// test needs somebody else to do; what it has to tell goes to the standard output, a line each.
 #pragma once
 
 #include <string>
@@ -28,7 +28,21 @@ int library_client(const Arguments& arguments);
 // create (a file), folder (make one), attributes (of a file), below (make a folder and write into a
 // file in it).
 int change(const Arguments& arguments);
+// dde SERVICE: takes what the shell tells a running application to open, by the topic "System", and
+// prints it; half a minute at most, or until it is ended. The first line is printed when it is
+// ready.
+int dde(const Arguments& arguments);
+// windows: shows the window that tests look for: of class QvParent, with children of the classes
+// QvChild, QvOther and QvChild, and in QvOther one of class QvGrandchild; half a minute at most.
+int windows(const Arguments& arguments);
 
+// A copy of this program under another name stands in for that program. It keeps how it was called
+// in a file beside it, NAME.log, and then does what the words among its arguments ask for:
+// until=EVENT waits for an event of the system, sleep=MS waits, exit=CODE is the exit code. The
+// name instsrv.exe makes and removes services' keys as the program of that name does.
+int stand_in(const std::wstring& path);
+
+std::wstring own_path();
 // BYTES are written as hexadecimal digits, "+" between pieces and "*COUNT" behind a piece that is
 // repeated: "0700+41*1000"; "-" is no byte.
 std::string bytes_of(const std::wstring& text);
