@@ -11,6 +11,7 @@
 #include "frame/error_display.h"
 #include "frame/error_state.h"
 #include "native/pipes/packet.h"
+#include "services/failure_chain.h"
 #include "services/pipe_packet.h"
 
 namespace qv::services {
@@ -40,13 +41,6 @@ void require(bool succeeded, const wchar_t* service) {
   if (succeeded) return;
   raise({.number = frame::kFirstApplicationError,
          .description = concat({service, L": ", decimal(err().LastDllError)})});
-}
-
-// For a step of ours that has failed and recorded why.
-template <class Failure>
-Failure chained(const wchar_t* source, Failure failure) {
-  frame::Set_Error({.Source = source}, frame::kChain);
-  return failure;
 }
 
 // Without any list of rights, so that every user may open the pipe.

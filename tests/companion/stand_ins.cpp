@@ -46,18 +46,24 @@ std::wstring word(const std::wstring& arguments, const std::wstring& name) {
   return arguments.substr(begin, arguments.find(L' ', begin) - begin);
 }
 
-// instsrv NAME REMOVE and instsrv NAME "PROGRAM": the service's key with its program.
+// instsrv NAME REMOVE and instsrv NAME "PROGRAM": the service's key with its program. A service
+// whose name begins with Deaf is not made, one that begins with Other gets another program, and one
+// that begins with Volatile a key that takes no lasting keys below it.
 void change_service(const std::wstring& arguments) {
   const std::size_t end = arguments.find(L' ');
-  const std::wstring key = L"SYSTEM\\CurrentControlSet\\Services\\" + arguments.substr(0, end);
+  const std::wstring name = arguments.substr(0, end);
+  const std::wstring key = L"SYSTEM\\CurrentControlSet\\Services\\" + name;
   std::wstring program = arguments.substr(end + 1);
   if (program == L"REMOVE") {
     RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
     return;
   }
+  if (name.starts_with(L"Deaf")) return;
   std::erase(program, L'"');
+  if (name.starts_with(L"Other")) program = L"C:\\other.exe";
   HKEY handle = nullptr;
-  RegCreateKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &handle,
+  const DWORD options = name.starts_with(L"Volatile") ? REG_OPTION_VOLATILE : 0;
+  RegCreateKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, nullptr, options, KEY_WRITE, nullptr, &handle,
                   nullptr);
   RegSetValueExW(handle, L"ImagePath", 0, REG_EXPAND_SZ,
                  reinterpret_cast<const BYTE*>(program.c_str()),

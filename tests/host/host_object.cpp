@@ -28,11 +28,14 @@ enum Member : DISPID {
   kOutput,
   kFolder,
   kEnd,
+  kDirectoryBegin,
+  kDirectoryEnd,
 };
 constexpr const wchar_t* kNames[] = {
-    L"Echo",      L"Connect",  L"Disconnect",  L"ChrW",   L"AscW",    L"Sleep",   L"Bytes",
-    L"Longs",     L"Strings",  L"Empty_Array", L"Same",   L"VarType", L"Missing", L"Press_Button",
-    L"Box_Title", L"Box_Text", L"Start",       L"Output", L"Folder",  L"End"};
+    L"Echo",    L"Connect",      L"Disconnect",      L"ChrW",         L"AscW",  L"Sleep",
+    L"Bytes",   L"Longs",        L"Strings",         L"Empty_Array",  L"Same",  L"VarType",
+    L"Missing", L"Press_Button", L"Box_Title",       L"Box_Text",     L"Start", L"Output",
+    L"Folder",  L"End",          L"Directory_Begin", L"Directory_End"};
 
 std::wstring text_of(const VARIANT& value) {
   VARIANT text;
@@ -224,6 +227,17 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
     case kEnd:
       processes_[static_cast<std::size_t>(long_of(argument(0)) - 1)].reset();
       break;
+    case kDirectoryBegin:
+      directory_ = std::make_unique<DirectoryProvider>();
+      break;
+    case kDirectoryEnd: {
+      std::wstring text;
+      for (const auto& call : directory_->calls) text += call + L"\n";
+      directory_.reset();
+      answer.vt = VT_BSTR;
+      answer.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+      break;
+    }
     default:
       return DISP_E_MEMBERNOTFOUND;
   }

@@ -14,6 +14,8 @@
 //   Host.Output(number)       waits for that program's end and gives what it has printed
 //   Host.Folder               the folder of the test programs, with its final backslash
 //   Host.End number           ends that program
+//   Host.Directory_Begin      a stand-in takes the place of the directory, for UserCreate
+//   Host.Directory_End        ends that and gives what was done to it, a line a call
 #pragma once
 
 #include <windows.h>
@@ -25,6 +27,7 @@
 
 #include "host/event_sink.h"
 #include "server/box_presser.h"
+#include "server/directory_provider.h"
 #include "server/process.h"
 
 namespace qv::tests {
@@ -52,6 +55,7 @@ class HostObject final : public IDispatch {
   std::vector<EventSink*> sinks_;
   std::unique_ptr<BoxPresser> presser_;
   std::vector<std::unique_ptr<Process>> processes_;
+  std::unique_ptr<DirectoryProvider> directory_;
 };
 
 }  // namespace qv::tests

@@ -121,7 +121,16 @@ CheckRecord "as error 20000 again", 20000, "KwRtLibMod.Spawn"
 Check "without a wait it is none", Spawn(document, , , , True), False
 Check "it was opened, though", Recorded("arguments"), "prova"
 Host.End peer
-RegistryDeleteKeys
+Forget "qvscript.document\shell\open\ddeexec\application"
+Forget "qvscript.document\shell\open\ddeexec\topic"
+Forget "qvscript.document\shell\open\ddeexec"
+Forget "qvscript.document\shell\open\command"
+Forget "qvscript.document\shell\open"
+Forget "qvscript.document\shell\prova\command"
+Forget "qvscript.document\shell\prova"
+Forget "qvscript.document\shell"
+Forget "qvscript.document"
+Forget ".qvscript"
 
 On Error Resume Next
 For opened = 1 To 500
@@ -141,13 +150,9 @@ Function Recorded(key)
 End Function
 
 Sub Register(key, text)
-  CreateObject("WScript.Shell").RegWrite "HKCR\" & key & "\", text
+  RegistryWrite "Software\Classes\" & key, "", text
 End Sub
 
-Sub RegistryDeleteKeys()
-  Dim shell, key
-  Set shell = CreateObject("WScript.Shell")
-  For Each key In Array("ddeexec\application\", "ddeexec\topic\", "ddeexec\", "command\", "")
-    shell.RegDelete "HKCR\qvscript.document\shell\open\" & key
-  Next
+Sub Forget(path)
+  RegistryDeleteKey "Software\Classes\" & path
 End Sub
