@@ -308,6 +308,16 @@ TEST_F(PipeDialogue, an_answer_whose_first_character_is_0_loses_all_but_a_256th)
   EXPECT_EQ(fields_.data, L"xxx");
 }
 
+// So servers make themselves understood.
+TEST_F(PipeDialogue, a_number_times_256_and_a_text_of_a_256th_arrive) {
+  for (const std::size_t length : {1, 25, 390}) {
+    const std::wstring text(length, L't');
+    const std::wstring padding(length * 255 - 1, L'\0');
+    EXPECT_EQ(ask_library(4711 * 256, 0, std::wstring(1, L'\0') + text + padding), kNewData);
+    EXPECT_EQ(fields_, (Fields{4711, 0, text}));
+  }
+}
+
 // Between processes. The answers tell which side said what.
 class PipeProcesses : public PipeDialogue {
  protected:
