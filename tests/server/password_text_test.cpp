@@ -112,6 +112,49 @@ TEST_F(PasswordText, every_changed_digit_of_a_full_text_is_refused) {
   }
 }
 
+TEST_F(PasswordText, every_code_and_every_character_comes_back) {
+  std::wstring characters;
+  for (int byte = 0; byte < 256; ++byte) {
+    const char narrow = static_cast<char>(byte);
+    wchar_t character = 0;
+    MultiByteToWideChar(1252, 0, &narrow, 1, &character, 1);
+    characters += character;
+  }
+  for (LONG code = 0; code <= 32767; code += code < 260 ? 1 : 997) {
+    String password(characters);
+    ASSERT_FALSE(crypt_ex(password, code));
+    ASSERT_EQ(password.view().find(L'-'), 512U) << code;
+    ASSERT_FALSE(decrypt(password));
+    ASSERT_EQ(password.view(), characters) << code;
+  }
+}
+
+TEST_F(PasswordText, every_other_digit_at_every_place_of_a_full_text_is_refused) {
+  String stored(L"abc");
+  ASSERT_FALSE(crypt_ex(stored, 7));
+  const std::wstring whole(stored.view());
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    if (whole[i] == L'-') continue;
+    for (const wchar_t digit : std::wstring(L"0123456789ABCDEF")) {
+      if (digit == whole[i]) continue;
+      std::wstring text = whole;
+      text[i] = digit;
+      String changed(text);
+      EXPECT_TRUE(decrypt(changed)) << i << static_cast<char>(digit);
+      EXPECT_EQ(changed.view(), text);
+    }
+  }
+}
+
+TEST_F(PasswordText, a_full_text_is_checked_as_it_is_written) {
+  String lower(L"ff5eb9-AE-B30AE94C218166C4BA");
+  EXPECT_TRUE(decrypt(lower)) << "the check value is of the digits, not of what they say";
+  expect_record(20000, L"PasswordDecrypt", L"cryptcode");
+  String further(L"FF5EB9-AE-B30AE94C218166C4BA-further");
+  EXPECT_FALSE(decrypt(further)) << "a fourth field is passed over";
+  EXPECT_EQ(further.view(), L"abc");
+}
+
 TEST_F(PasswordText, digits_of_either_case_are_read) {
   String text(L"ff5eb9");
   ASSERT_FALSE(decrypt(text));
