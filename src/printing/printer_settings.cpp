@@ -103,7 +103,7 @@ void QvtPrinter::put_HDC(Long device) {
 
 Boolean GetPrinterParms(Long device, const Object<_QvtPrinter>& PParms) {
   return handled(L"KwRtLibMod.GetPrinterParms", kTakeError, True, [&] {
-    check_foreign(PParms->put_HDC(device));
+    check_foreign(PParms, PParms->put_HDC(device));
     return False;
   });
 }

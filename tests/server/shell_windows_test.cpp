@@ -85,20 +85,19 @@ TEST_F(WindowSearch, class_names_are_compared_by_case_and_whole) {
   EXPECT_EQ(find(parent_.number(), L"QvFindChild "), 0);
 }
 
+BOOL CALLBACK note_child(HWND window, LPARAM list) {
+  wchar_t name[32];
+  GetClassNameW(window, name, 32);
+  if (std::wstring(name) == L"QvFindChild") {
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  }
+  return TRUE;
+}
+
 TEST_F(WindowSearch, the_first_in_the_systems_order_is_found) {
   const TestWindow second(L"QvFindChild", parent_.handle());
   std::vector<HWND> order;
-  EnumChildWindows(
-      parent_.handle(),
-      [](HWND window, LPARAM list) {
-        wchar_t name[32];
-        GetClassNameW(window, name, 32);
-        if (std::wstring(name) == L"QvFindChild") {
-          reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&order));
+  EnumChildWindows(parent_.handle(), note_child, reinterpret_cast<LPARAM>(&order));
   ASSERT_EQ(order.size(), 2U);
   const LONG found = find(parent_.number(), L"QvFindChild");
   EXPECT_EQ(found, static_cast<LONG>(reinterpret_cast<std::intptr_t>(order[0])));
