@@ -55,6 +55,10 @@ prepare_root32() {
   fi
   mountpoint -q "$root32/proc" || mount -t proc proc "$root32/proc"
   mkdir -p "$root32$inside32"
+  # A mount of an earlier checkout in the same place shows the folder that was deleted.
+  while mountpoint -q "$root32$inside32" && ! [ "$root32$inside32" -ef "$repository" ]; do
+    umount -l "$root32$inside32"
+  done
   mountpoint -q "$root32$inside32" || mount --bind "$repository" "$root32$inside32"
 }
 
