@@ -12,6 +12,7 @@ import os
 import re
 import subprocess
 import sys
+import tempfile
 import time
 from pathlib import Path
 
@@ -47,14 +48,19 @@ def prepare(command):
 
 def captured(command, timeout_s, environment=None):
     """(exit code, output) of a command; a command that hangs is ended and fails."""
-    try:
-        done = shell(
-            command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=timeout_s,
-            env={**os.environ, **(environment or {})},
-        )
-        return done.returncode, done.stdout.decode("utf-8", "replace").replace("\r", "")
-    except subprocess.TimeoutExpired as expired:
-        return 124, (expired.stdout or b"").decode("utf-8", "replace") + "\nended: it hung\n"
+    # A pipe would be waited for as long as any process holds it, and Wine's own live on.
+    with tempfile.TemporaryFile() as output:
+        try:
+            code = shell(
+                command, stdout=output, stderr=subprocess.STDOUT, timeout=timeout_s,
+                env={**os.environ, **(environment or {})},
+            ).returncode
+            ending = ""
+        except subprocess.TimeoutExpired:
+            code = 124
+            ending = "\nended: it hung\n"
+        output.seek(0)
+        return code, output.read().decode("utf-8", "replace").replace("\r", "") + ending
 
 
 def run_googletest(totals, title, command, timeout_s=900):
