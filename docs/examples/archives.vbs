@@ -92,3 +92,50 @@ Next
 Show CABFileExtract(root & "\both.cab", "b.txt", root & "\out", 0)  '-> False
 Show fso.GetFolder(root & "\out").Files.Count                       '-> 1
 fso.DeleteFolder root, True
+
+' == ZipFile, ZipFile.ZipStatus, ZipFile.UnzipStatus
+' Events tell how far the work is, and can end it: here after one half.
+Dim zipper, name, handle, attributes
+name = Get_TempPath() & "examples.dat"
+attributes = 0
+File_Open32 name, 48, 0, attributes, handle    ' O_CREAT + O_TRUNC
+File_Write32 handle, String(100000, "a")
+File_Close32 handle
+Set zipper = WScript.CreateObject("QvRtLibOle.ZipFile", "packer_")
+Show zipper.FileZip(name, Get_TempPath() & "examples.kwc")
+'-> file 1: 0 percent
+'-> file 1: 100 percent
+'-> False
+Show zipper.FileUnzip(Get_TempPath() & "examples.kwc", Get_TempPath() & "examples")
+'-> True
+Show Error_Number()                            '-> 20010
+File_Kill name
+File_Kill Get_TempPath() & "examples.kwc"
+Path_Kill Get_TempPath() & "examples"
+Sub packer_ZipStatus(index, percent, cancel)
+  If percent = 0 Or percent = 100 Then Show "file " & index & ": " & percent & " percent"
+End Sub
+Sub packer_UnzipStatus(index, total, percent, cancel)
+  If percent >= 50 Then cancel = True
+End Sub
+
+' == ZipFile.FileName, ZipFile.FileSize, ZipFile.Attributes, ZipFile.DateCreated, ZipFile.DateChanged, ZipFile.MajVer, ZipFile.MinVer
+' The object can describe one file of an archive, too.
+Dim entry
+Set entry = CreateObject("QvRtLibOle.ZipFile")
+entry.FileName = "C:\orders\a.txt" & Chr(0) & "rest of a fixed field"
+entry.FileSize = 1000
+entry.Attributes = 32
+entry.DateCreated = DateSerial(2026, 11, 21)
+entry.DateChanged = DateSerial(2026, 11, 22)
+entry.MajVer = 65536 + 2
+entry.MinVer = 3
+Show entry.FileName                                   '-> C:\orders\a.txt
+Show entry.FileSize & " " & entry.Attributes          '-> 1000 32
+Show entry.DateChanged - entry.DateCreated            '-> 1
+Show entry.MajVer \ 65536 & "." & entry.MajVer Mod 65536 & "." & entry.MinVer    '-> 1.2.3
+
+' == ZipBlock, ZipHeader
+' Records of the archive's inside: they can be made, and have no members.
+Show TypeName(CreateObject("QvRtLibOle.ZipBlock"))    '-> _ZipBlock
+Show TypeName(CreateObject("QvRtLibOle.ZipHeader"))   '-> _ZipHeader

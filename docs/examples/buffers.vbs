@@ -82,3 +82,19 @@ Show Buffer_Right(buffer, offset, 2)        '-> ,
 Buffer_TruncIfLast buffer, offset, ", "
 Buffer_Complete buffer, offset
 Show buffer                                 '-> a, b
+
+' == BufferTyped_Put, BufferTyped_Get
+' Each value tells its own type: the reader needs to know nothing.
+Dim buffer, offset
+buffer = ""
+Show BufferTyped_Put(buffer, CLng(70000))     '-> 0
+Show BufferTyped_Put(buffer, "ciao")          '-> 0
+Show BufferTyped_Put(buffer, True)            '-> 0
+offset = CLng(1)
+Show BufferTyped_Get(buffer, offset)          '-> 70000
+Show BufferTyped_Get(buffer, offset)          '-> ciao
+Show BufferTyped_Get(buffer, offset)          '-> True
+Show offset = Len(buffer) + 1                 '-> True
+On Error Resume Next
+offset = BufferTyped_Get(buffer, offset)
+Show Err.Number                               '-> 9

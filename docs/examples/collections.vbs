@@ -1,4 +1,4 @@
-' == kwCollection.Add, kwCollection.Item, kwCollection.Count, kwCollection.NewEnum
+' == kwCollection, kwCollection.Add, kwCollection.Item, kwCollection.Count, kwCollection.NewEnum
 Dim towns, town, missing
 Set towns = CreateObject("QvRtLibOle.kwCollection")
 towns.Add "Turin", "TO"
@@ -58,7 +58,7 @@ Show value                         '-> nothing yet
 Show c.ItemAssign("ten", value)    '-> False
 Show value                         '-> 10
 
-' == kwDictionary.Add, kwDictionary.Item, kwDictionary.NewEnum, kwDictionary.Count, kwDictionary.ItemExist
+' == kwDictionary, kwDictionary.Add, kwDictionary.Item, kwDictionary.NewEnum, kwDictionary.Count, kwDictionary.ItemExist
 Dim prices, entry
 Set prices = CreateObject("QvRtLibOle.kwDictionary")
 prices.Add "Espresso", "E", , , 1.5

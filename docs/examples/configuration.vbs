@@ -1,4 +1,4 @@
-' == Start_Up, QVtIniStruct.ExePath, QVtIniStruct.IniFile, QVtIniStruct.WinPath, QVtIniStruct.SysPath, QVtIniStruct.TmpPath
+' == Start_Up, QVtIniStruct, QVtIniStruct.ExePath, QVtIniStruct.IniFile, QVtIniStruct.WinPath, QVtIniStruct.SysPath, QVtIniStruct.TmpPath
 Const STUPF_NOCHANGEPATH = 2
 Dim ini
 Set ini = CreateObject("QvRtLibOle.QVtIniStruct")
@@ -114,7 +114,7 @@ Show GetInfoFileVersion(name) <> ""      '-> True
 Show GetInfoCompanyName(Get_WinPath() & "no such file") = ""    '-> True
 Show Error_Number()                                             '-> 20000
 
-' == QvtFileInfo.GetFileInfo, QvtFileInfo.FileSize, QvtFileInfo.FileName, QvtFileInfo.VersionString, QvtFileInfo.MajVer, QvtFileInfo.MinVer
+' == QvtFileInfo, QvtFileInfo.GetFileInfo, QvtFileInfo.FileSize, QvtFileInfo.FileName, QvtFileInfo.VersionString, QvtFileInfo.MajVer, QvtFileInfo.MinVer
 Dim info, major, minor
 Set info = CreateObject("QvRtLibOle.QvtFileInfo")
 Show info.VersionString                                    '-> 0.0.0.0

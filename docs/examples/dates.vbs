@@ -30,7 +30,7 @@ Show Len(Date_Today())    '-> 10
 ' == Easter_Day
 Show Month(Easter_Day(2026)) & "/" & Day(Easter_Day(2026))    '-> 4/5
 
-' == Date_2_SysTime, SysTime_2_Date, QvtSystemTime.wYear, QvtSystemTime.wMonth, QvtSystemTime.wDay, QvtSystemTime.wDayOfWeek
+' == Date_2_SysTime, SysTime_2_Date, QvtSystemTime, QvtSystemTime.wYear, QvtSystemTime.wMonth, QvtSystemTime.wDay, QvtSystemTime.wDayOfWeek
 Dim record, value
 Set record = CreateObject("QvRtLibOle.QvtSystemTime")
 Date_2_SysTime DateSerial(2024, 3, 31), record
@@ -40,7 +40,7 @@ record.wMonth = 13
 SysTime_2_Date record, value
 Show value = DateSerial(2025, 1, 31)                           '-> True
 
-' == Date_2_FileTime, FileTime_2_Date
+' == Date_2_FileTime, FileTime_2_Date, QvtFileTime
 Dim time
 Set time = CreateObject("QvRtLibOle.QvtFileTime")
 Show Date_2_FileTime(DateSerial(2026, 11, 21), time)    '-> False
@@ -71,3 +71,35 @@ Dim order, first_day
 Show GetDateLocaleInfo(True, , , , order, , , , , , first_day)    '-> False
 Show order        '-> MDY
 Show first_day    '-> 1
+
+' == QvtSystemTime.wHour, QvtSystemTime.wMinute, QvtSystemTime.wSecond, QvtSystemTime.wMilliseconds, QvtSystemTime.CopyTo
+Dim record, copy
+Set record = CreateObject("QvRtLibOle.QvtSystemTime")
+Set copy = CreateObject("QvRtLibOle.QvtSystemTime")
+Date_2_SysTime DateSerial(2026, 11, 21) + TimeSerial(16, 5, 9), record
+Show record.wHour & ":" & record.wMinute & ":" & record.wSecond    '-> 16:5:9
+Show record.wMilliseconds      '-> 0
+record.CopyTo copy
+Show copy.wHour                '-> 16
+
+' == QvtFileTime.dwLowDateTime, QvtFileTime.dwHighDateTime
+' 100 nanoseconds each: a second is ten million of them.
+Dim time, noon
+Set time = CreateObject("QvRtLibOle.QvtFileTime")
+Date_2_FileTime DateSerial(2026, 11, 21), time
+noon = FileTime_2_Date(time)
+time.dwHighDateTime = time.dwHighDateTime + 1    ' 4294967296 of them: some 429 seconds
+Show CLng((FileTime_2_Date(time) - noon) * 86400)    '-> 429
+Show time.dwLowDateTime <> 0   '-> True
+
+' == QvtRect, QvtRect.RcLeft, QvtRect.RcTop, QvtRect.RcRight, QvtRect.RcBottom, QvtRect.CopyTo
+Dim area, copy
+Set area = CreateObject("QvRtLibOle.QvtRect")
+Set copy = CreateObject("QvRtLibOle.QvtRect")
+area.RcLeft = 10
+area.RcTop = 20
+area.RcRight = 110
+area.RcBottom = 70
+area.CopyTo copy
+Show copy.RcRight - copy.RcLeft    '-> 100
+Show copy.RcBottom - copy.RcTop    '-> 50

@@ -95,3 +95,50 @@ Show Where_IsEx(folder, "b.txt", 0, records, -1)   '-> 1
 Show Get_FileName(records(1).FileName)             '-> b.txt
 Show Where_Is(folder, "*.txt", 0, list, 1)         '-> 1
 Show Path_Kill(folder)                             '-> 0
+
+' == File_Expand
+' A file as the system's Compress tool makes it: a head of 14 bytes, then the packed data.
+' The expanded file stays open until the program ends.
+Dim name, handle, attributes, text
+name = Get_TempPath() & "examples.tx_"
+attributes = 0
+File_Open32 name, 48, 0, attributes, handle    ' O_CREAT + O_TRUNC
+File_Write32 handle, HexToBin("535A444488F027334100040000000F6369616F")
+File_Close32 handle
+Show File_Expand(name, Get_TempPath() & "expanded.txt")    '-> 0
+Show File_Expand(Get_TempPath() & "no such file", Get_TempPath() & "examples.out")    '-> -1
+File_Kill name
+
+' == QvtFileInfo.FileAttributes, QvtFileInfo.CreationTime, QvtFileInfo.LastAccessTime, QvtFileInfo.LastWriteTime
+Dim info, name
+name = Get_TempPath() & "examples.txt"
+Log_Write name, "text", 0
+Set_FileTime name, , , DateSerial(2001, 2, 3)
+Set info = CreateObject("QvRtLibOle.QvtFileInfo")
+info.GetFileInfo name
+Show info.FileAttributes And vbReadOnly                    '-> 0
+Show Year(info.LastWriteTime)                              '-> 2001
+Show info.CreationTime > 0 And info.LastAccessTime > 0     '-> True
+File_Kill name
+Show info.GetFileInfo(name)                                '-> True
+Show Error_Number()                                        '-> 53
+
+' == QvtFileInfo.Installed, QvtFileInfo.Updated, QvtFileInfo.IsAppExe, QvtFileInfo.IsShared, QvtFileInfo.RegMode, QvtFileInfo.RegName, QvtFileInfo.CLSID
+' What a setup knows of a file, and of the same file on this machine.
+Const FIR_DLLSELFREGISTER = 1
+Dim offered, installed
+Set offered = CreateObject("QvRtLibOle.QvtFileInfo")
+Set installed = CreateObject("QvRtLibOle.QvtFileInfo")
+offered.FileName = "orders.dll"
+offered.IsShared = True
+offered.IsAppExe = False
+offered.RegMode = FIR_DLLSELFREGISTER
+offered.RegName = "Orders"
+offered.CLSID = Guid_String()
+installed.FileName = "C:\Orders\orders.dll"
+Show offered.Installed Is Nothing                          '-> True
+Set offered.Installed = installed
+offered.Updated = True
+Show offered.Installed.FileName                            '-> C:\Orders\orders.dll
+Show offered.IsShared & " " & offered.RegMode & " " & offered.RegName    '-> True 1 Orders
+Show Len(offered.CLSID)                                    '-> 38

@@ -1,13 +1,43 @@
 """The examples of the reference: docs/examples/*.vbs, which are tests as well.
 
-A block begins with a line `' == Name, Name` of the members that it shows (`Class.Name` outside the
-global class). `Show value '-> text` prints a value and tells what comes out.
+A block begins with a line `' == Name, Name` of what it shows: members (`Class.Name` outside the
+global class) and classes. `Show value '-> text` prints a value and tells what comes out. Classes,
+procedures and event handlers of a block stand behind its other lines.
 """
 
 import re
 
 HEAD = re.compile(r"' == (.+)")
 RESULT = re.compile(r"'-> ?(.*)$")
+DEFINITION = re.compile(r"(?:Class|Sub|Function) \w+")
+
+# What a script host has around the examples: a global object WScript with CreateObject, which
+# connects an object's events, and the procedure that prints.
+PRELUDE = """\
+Dim QvBlock, WScript
+Class QvWScript
+  Public Function CreateObject(id, prefix)
+    Set CreateObject = QvCreate(id)
+    Host.Connect CreateObject, Left(prefix, Len(prefix) - 1)
+  End Function
+End Class
+Function QvCreate(id)
+  Set QvCreate = CreateObject(id)
+End Function
+Sub Show(value)
+  Host.Echo QvBlock & " " & QvText(value)
+End Sub
+Function QvText(value)
+  If IsNull(value) Then QvText = "Null" : Exit Function
+  If IsEmpty(value) Then QvText = "Empty" : Exit Function
+  If IsObject(value) Then QvText = "(object)" : Exit Function
+  If VarType(value) = vbBoolean Then
+    If value Then QvText = "True" Else QvText = "False"
+    Exit Function
+  End If
+  QvText = CStr(value)
+End Function
+Set WScript = New QvWScript"""
 
 
 def blocks_of(text):
@@ -43,24 +73,10 @@ def expected_of(lines):
 def program_of(blocks):
     """A script that runs the blocks, each with variables of its own, and prints every value shown
     behind the number of its block."""
-    parts = [
-        "Dim QvBlock",
-        "Sub Show(value)",
-        '  Host.Echo QvBlock & " " & QvText(value)',
-        "End Sub",
-        "Function QvText(value)",
-        '  If IsNull(value) Then QvText = "Null" : Exit Function',
-        '  If IsEmpty(value) Then QvText = "Empty" : Exit Function',
-        '  If IsObject(value) Then QvText = "(object)" : Exit Function',
-        '  If VarType(value) = vbBoolean Then',
-        '    If value Then QvText = "True" Else QvText = "False"',
-        "    Exit Function",
-        "  End If",
-        "  QvText = CStr(value)",
-        "End Function",
-    ]
+    parts = [PRELUDE]
     for number, lines in enumerate(blocks):
-        parts += [f"Sub QvExample{number}()", *lines, "End Sub"]
+        at = next((i for i, line in enumerate(lines) if DEFINITION.match(line)), len(lines))
+        parts += [f"Sub QvExample{number}()", *lines[:at], "End Sub", *lines[at:]]
     for number in range(len(blocks)):
         parts += [f"QvBlock = {number}", f"QvExample{number}", "Reset_Error"]
-    return "\r\n".join([*parts, 'Host.Echo "done"', ""])
+    return "\r\n".join([*"\n".join(parts).split("\n"), 'Host.Echo "done"', ""])

@@ -64,7 +64,7 @@ class Site:
         self.examples = {}
         for _, names, lines in examples:
             for name in names:
-                key = name if "." in name else f"KwRtLib.{name}"
+                key = name if "." in name or name in self.members else f"KwRtLib.{name}"
                 self.examples.setdefault(key, []).append(lines)
         self.family_of = {m: f for f in families for m in f["modules"]}
         self.targets = {m.name: m.path for m in self.members["KwRtLib"]}
@@ -224,7 +224,7 @@ class Site:
                 name,
                 f"<h1>{name}</h1><p>{self.linked(coclass.interface.doc.summary, path, (name,))}</p>"
                 f"<p>Class identifier {{{coclass.clsid}}}; {made}.</p>"
-                + self.example_text(f"{name}.{name}", path)
+                + self.example_text(name, path)
                 + table,
             )
             self.contexts[number * 1000] = path
