@@ -1,7 +1,7 @@
 #include "printing/direct_printing.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -21,26 +21,49 @@ using frame::kTakeError;
 
 constexpr const wchar_t* kPrintSource = L"KwRtLibMod.DirectPrint";
 
-// The open jobs of one object; those that are left are aborted when it ends.
+// The open jobs of one object in the order of their opening; those that are left are aborted when
+// it ends.
 class PrintJobs final : public frame::InstanceState {
  public:
   ~PrintJobs() override { abort_all(); }
 
-  void add(std::unique_ptr<PrintJob> job) { jobs_.emplace(++last_number_, std::move(job)); }
-  PrintJob& job(Long number) const {
-    const auto found = jobs_.find(number);
-    if (found == jobs_.end()) raise(kInvalidProcedureCall);
-    return *found->second;
+  void add(std::unique_ptr<PrintJob> job) {
+    const Long number = number_for(*job);
+    jobs_.push_back({number, std::move(job)});
   }
-  void remove(Long number) { jobs_.erase(number); }
+  PrintJob& job(Long number) const {
+    const auto found = std::ranges::find(jobs_, number, &Entry::number);
+    if (found == jobs_.end()) raise(kInvalidProcedureCall);
+    return *found->job;
+  }
+  void remove(Long number) {
+    std::erase_if(jobs_, [number](const Entry& entry) { return entry.number == number; });
+  }
   void abort_all() noexcept {
-    for (const auto& [number, job] : jobs_) job->abort();
+    for (const Entry& entry : jobs_) entry.job->abort();
     jobs_.clear();
   }
 
  private:
-  std::map<Long, std::unique_ptr<PrintJob>> jobs_;
-  Long last_number_ = 0;
+  struct Entry {
+    Long number;
+    std::unique_ptr<PrintJob> job;
+  };
+
+  bool is_taken(Long number) const {
+    return std::ranges::find(jobs_, number, &Entry::number) != jobs_.end();
+  }
+  Long number_for(const PrintJob& job) {
+    const auto number = static_cast<Long>(job.handle());
+    if (number == job.handle() && !is_taken(number)) return number;
+    do {
+      ++last_number_;
+    } while (is_taken(last_number_));
+    return last_number_;
+  }
+
+  std::vector<Entry> jobs_;
+  Long last_number_ = 0;  // of those that have not the spooler's
 };
 
 // Finding the job is the member's own work, so its failure bears the member's own Source.

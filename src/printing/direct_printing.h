@@ -7,9 +7,9 @@
 
 namespace qv::printing {
 
-// The jobs of an object are numbered 1, 2, 3... in the order of their opening: a handle of the
-// spooler can be wider than a Long. No number is given out twice. An unknown one is run-time error
-// 5 in the error state.
+// The number of a job is the spooler's handle of its printer. Where that is wider than a Long, or
+// is still the number of an aborted job, the object counts: 1, 2, 3... An unknown number is
+// run-time error 5 in the error state.
 Boolean DirectCloseAllPrinters(frame::KwRtLib& object);
 // RetHandle is never written: the language's programs that call this rely on nothing coming back.
 Boolean DirectOpenPrinter(frame::KwRtLib& object, const Text& PrinterName, Long& RetHandle,

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <cstdint>
+
 #include "automation/text.h"
 
 namespace qv::printing {
@@ -19,6 +21,8 @@ class PrintJob {
 
   // An empty data type is the spooler's default. A job that can't be started is aborted.
   Boolean open(const Text& printer, const Text& document, const Text& data_type);
+  // The spooler's; 0 where nothing is open.
+  std::intptr_t handle() const noexcept { return reinterpret_cast<std::intptr_t>(printer_); }
   Boolean start_page();
   // The page counts as ended even where the spooler refuses.
   Boolean end_page();

@@ -44,19 +44,30 @@ CheckRecord "is recorded", 53, "KwRtLibMod.DirectPrint"
 Check "Buffer is as it was", s, "kept"
 CreateObject("Scripting.FileSystemObject").DeleteFile path
 
-' --- jobs by number
+' --- jobs by number, which is the spooler's: the one that takes what is written
+Function Job_Of(library)
+  For Job_Of = 1 To 99
+    If Not library.DirectWritePrinter(Job_Of, "") Then Exit For
+  Next
+  Reset_Error
+End Function
+Dim job, own, library
+Set library = CreateObject("QvRtLibOle.KwRtLib")
 handle = 4711
-Check "DirectOpenPrinter", DirectOpenPrinter("QvScript", handle, "Pages"), False
+Check "DirectOpenPrinter", library.DirectOpenPrinter("QvScript", handle, "Pages"), False
 Check "does not write its handle", handle, CInt(4711)
-Check "DirectStartPage", DirectStartPage(1), False
-Check "DirectWritePrinter", DirectWritePrinter(1, "page one" & vbFormFeed), False
-Check "DirectEndPage", DirectEndPage(1), False
-Check "DirectStartPage again", DirectStartPage(1), False
-Check "DirectWritePrinter again", DirectWritePrinter(1, "page two" & vbFormFeed), False
+job = Job_Of(library)
+Check "a job of one object is none of another", DirectWritePrinter(job, "x"), True
+CheckRecord "is recorded", 5, "KwRtLib.DirectWritePrinter"
+Check "DirectStartPage", library.DirectStartPage(job), False
+Check "DirectWritePrinter", library.DirectWritePrinter(job, "page one" & vbFormFeed), False
+Check "DirectEndPage", library.DirectEndPage(job), False
+Check "DirectStartPage again", library.DirectStartPage(job), False
+Check "DirectWritePrinter again", library.DirectWritePrinter(job, "page two" & vbFormFeed), False
 Desk.Printed
-Check "DirectClosePrinter", DirectClosePrinter(1), False
+Check "DirectClosePrinter", library.DirectClosePrinter(job), False
 Check "its bytes", Desk.Printed(), "page one" & vbFormFeed & "page two" & vbFormFeed
-Check "DirectClosePrinter of a closed job", DirectClosePrinter(1), True
+Check "DirectClosePrinter of a closed job", library.DirectClosePrinter(job), True
 CheckRecord "is recorded", 5, "KwRtLib.DirectClosePrinter"
 Check "DirectStartPage of no job", DirectStartPage(9), True
 CheckRecord "is recorded", 5, "KwRtLib.DirectStartPage"
@@ -66,29 +77,39 @@ Check "DirectEndPage of no job", DirectEndPage(9), True
 CheckRecord "is recorded", 5, "KwRtLib.DirectEndPage"
 Check "DirectAbortPrinter of no job", DirectAbortPrinter(9), True
 CheckRecord "is recorded", 5, "KwRtLib.DirectAbortPrinter"
-Check "DirectOpenPrinter with its defaults", DirectOpenPrinter("QvScript", handle), False
-Check "DirectAbortPrinter", DirectAbortPrinter(2), False
-Check "DirectAbortPrinter again", DirectAbortPrinter(2), False
-Check "DirectClosePrinter of an aborted job", DirectClosePrinter(2), True
+Check "DirectOpenPrinter with its defaults", library.DirectOpenPrinter("QvScript", handle), False
+job = Job_Of(library)
+Check "DirectAbortPrinter", library.DirectAbortPrinter(job), False
+Check "DirectAbortPrinter again", library.DirectAbortPrinter(job), False
+Check "DirectClosePrinter of an aborted job", library.DirectClosePrinter(job), True
 CheckRecord "is recorded", 20000, " < KwRtLibMod.DirectClosePrinter"
-Check "DirectWritePrinter to an aborted job", DirectWritePrinter(2, "x"), True
+Check "DirectWritePrinter to an aborted job", library.DirectWritePrinter(job, "x"), True
 CheckRecord "only adds its place", 0, " < KwRtLibMod.DirectWritePrinter"
-Check "DirectCloseAllPrinters", DirectCloseAllPrinters(), False
-Check "DirectAbortPrinter after that", DirectAbortPrinter(2), True
+Check "DirectOpenPrinter while its number is known", library.DirectOpenPrinter("QvScript", handle), False
+own = Job_Of(library)
+Check "has another number", own <> job, True
+Check "under which it is closed", library.DirectClosePrinter(own), False
+Check "DirectCloseAllPrinters", library.DirectCloseAllPrinters(), False
+Check "DirectAbortPrinter after that", library.DirectAbortPrinter(job), True
 CheckRecord "is recorded", 5, "KwRtLib.DirectAbortPrinter"
 
 ' --- another object
 Set other = CreateObject("QvRtLibOle.KwRtLib")
-Check "another object", other.DirectOpenPrinter("QvScript", handle), False
-Check "has jobs of its own", DirectWritePrinter(1, "x"), True
-CheckRecord "which this one does not see", 5, "KwRtLib.DirectWritePrinter"
-Check "and it does", other.DirectWritePrinter(1, "x"), False
-Check "DirectCloseAllPrinters of this one", DirectCloseAllPrinters(), False
-Check "leaves it alone", other.DirectWritePrinter(1, "y"), False
-Check "DirectClosePrinter of its job", other.DirectClosePrinter(1), False
+Check "DirectOpenPrinter", library.DirectOpenPrinter("QvScript", handle), False
+Check "DirectOpenPrinter of another object", other.DirectOpenPrinter("QvScript", handle), False
+job = Job_Of(library)
+own = Job_Of(other)
+Check "two jobs have two numbers", job <> own, True
+Check "one is of the one alone", library.DirectWritePrinter(own, "x"), True
+Check "the other of the other", other.DirectWritePrinter(job, "x"), True
+Check "DirectCloseAllPrinters of one", library.DirectCloseAllPrinters(), False
+Check "leaves the other alone", other.DirectWritePrinter(own, "y"), False
 Desk.Printed
+Check "DirectClosePrinter of its job", other.DirectClosePrinter(own), False
+Check "its bytes", Desk.Printed(), "y"
 other.DirectOpenPrinter "QvScript", handle
 Set other = Nothing
+Reset_Error
 
 ' --- printers that do not exist
 Check "DirectOpenPrinter of no printer", DirectOpenPrinter("No such printer", handle), True

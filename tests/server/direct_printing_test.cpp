@@ -123,18 +123,59 @@ TEST_F(DirectPrinting, DirectOpenPrinter_hands_the_name_over_with_its_blanks) {
   EXPECT_EQ(spooler.calls().front(), "OpenPrinter   Prn1 ");
 }
 
-TEST_F(DirectPrinting, The_jobs_of_an_object_are_numbered_from_1) {
+TEST_F(DirectPrinting, The_number_of_a_job_is_the_spoolers_handle) {
   EXPECT_TRUE(open(global));
   EXPECT_TRUE(open(global));
   spooler.calls();
   EXPECT_TRUE(writes(global, 2, L"ab"));
   EXPECT_TRUE(writes(global, 1, L"c"));
   EXPECT_EQ(spooler.calls(), (Calls{"Write 2 2", "Write 1 1"}));
-  // A number is not given out again.
   EXPECT_TRUE(does(global, kClose, 1));
   EXPECT_TRUE(open(global));
   EXPECT_FALSE(writes(global, 1, L"x"));
   EXPECT_TRUE(writes(global, 3, L"x"));
+}
+
+TEST_F(DirectPrinting, Jobs_whose_handle_is_wider_than_a_Long_are_counted) {
+  SpoolerStandIn wide(SpoolerStandIn::Handles::kWide);
+  for (LONG number = 1; number <= 3; ++number) {
+    EXPECT_TRUE(open(global));
+    EXPECT_TRUE(writes(global, number, L"x"));
+  }
+  // A number is not given out again.
+  EXPECT_TRUE(does(global, kClose, 3));
+  EXPECT_TRUE(open(global));
+  EXPECT_FALSE(writes(global, 3, L"x"));
+  EXPECT_TRUE(writes(global, 4, L"x"));
+  EXPECT_TRUE(closes_all(global));
+}
+
+TEST_F(DirectPrinting, A_handle_that_comes_again_is_the_number_again) {
+  SpoolerStandIn alike(SpoolerStandIn::Handles::kAlike);
+  for (int times = 0; times < 2; ++times) {
+    EXPECT_TRUE(open(global));
+    EXPECT_TRUE(writes(global, 7, L"x"));
+    EXPECT_TRUE(does(global, kClose, 7));
+    EXPECT_FALSE(writes(global, 7, L"x"));
+  }
+}
+
+TEST_F(DirectPrinting, A_job_with_the_handle_of_an_aborted_one_has_a_number_of_its_own) {
+  SpoolerStandIn alike(SpoolerStandIn::Handles::kAlike);
+  EXPECT_TRUE(open(global));
+  EXPECT_TRUE(does(global, kAbort, 7));
+  EXPECT_TRUE(open(global));
+  alike.calls();
+  // The stale number does not reach the printer.
+  EXPECT_FALSE(does(global, kStartPage, 7));
+  EXPECT_FALSE(writes(global, 7, L"x"));
+  EXPECT_FALSE(does(global, kClose, 7));
+  EXPECT_TRUE(does(global, kAbort, 7));
+  EXPECT_EQ(alike.calls(), (Calls{"StartPage 0", "Write 0 1", "EndDoc 0"}));
+  EXPECT_TRUE(writes(global, 1, L"x"));
+  EXPECT_EQ(alike.calls(), Calls{"Write 2 1"});
+  EXPECT_TRUE(closes_all(global));
+  EXPECT_EQ(alike.calls(), (Calls{"Abort 2", "Close 2"}));
 }
 
 TEST_F(DirectPrinting, DirectOpenPrinter_of_a_printer_that_is_refused_opens_nothing) {
@@ -153,10 +194,11 @@ TEST_F(DirectPrinting, DirectOpenPrinter_aborts_a_job_that_does_not_start) {
                                     "Abort 1", "Close 1"}));
   expect_refusal(ERROR_INVALID_DATATYPE, L" < KwRtLibMod.DirectOpenPrinter");
   EXPECT_EQ(spooler.open_printers(), 0U);
-  // A failed opening takes no number.
+  EXPECT_FALSE(does(global, kAbort, 1));
+  expect_unknown_job(L"KwRtLib.DirectAbortPrinter");
   spooler.fail("StartDoc", 0);
   EXPECT_TRUE(open(global));
-  EXPECT_TRUE(writes(global, 1, L"x"));
+  EXPECT_TRUE(writes(global, 2, L"x"));
 }
 
 TEST_F(DirectPrinting, A_job_of_two_pages) {
@@ -357,7 +399,9 @@ TEST_F(DirectPrinting, Two_objects_do_not_see_each_others_jobs) {
   expect_unknown_job(L"KwRtLib.DirectWritePrinter");
   EXPECT_TRUE(open(other));
   spooler.calls();
-  EXPECT_TRUE(writes(other, 1, L"x"));
+  EXPECT_FALSE(writes(global, 2, L"x"));
+  expect_unknown_job(L"KwRtLib.DirectWritePrinter");
+  EXPECT_TRUE(writes(other, 2, L"x"));
   EXPECT_TRUE(writes(global, 1, L"y"));
   EXPECT_EQ(spooler.calls(), (Calls{"Write 2 1", "Write 1 1"}));
   EXPECT_TRUE(closes_all(other));
@@ -369,7 +413,7 @@ TEST_F(DirectPrinting, The_end_of_an_object_aborts_its_jobs_alone) {
   auto other = create_global();
   EXPECT_TRUE(open(other));
   EXPECT_TRUE(open(other));
-  EXPECT_TRUE(does(other, kClose, 1));
+  EXPECT_TRUE(does(other, kClose, 2));
   spooler.calls();
   other = {};
   EXPECT_EQ(spooler.calls(), (Calls{"Abort 3", "Close 3"}));

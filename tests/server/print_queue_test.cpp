@@ -24,6 +24,43 @@ class PrintQueues : public testing::Test {
     return failed == VARIANT_FALSE;
   }
 
+  // The handle that the system gives to the next printer that is opened.
+  static LONG next_handle() {
+    wchar_t name[] = L"QvTest1";
+    HANDLE printer = nullptr;
+    EXPECT_TRUE(OpenPrinterW(name, &printer, nullptr));
+    ClosePrinter(printer);
+    return static_cast<LONG>(reinterpret_cast<LONG_PTR>(printer));
+  }
+  // A job of an object; its number.
+  LONG open(const Pointer<_KwRtLib>& object) {
+    const LONG number = next_handle();
+    String printer(L"QvTest1");
+    LONG handle = 4711;
+    VARIANT_BOOL failed = 1;
+    EXPECT_EQ(object->DirectOpenPrinter(&printer, &handle, nullptr, &failed), S_OK);
+    EXPECT_EQ(failed, VARIANT_FALSE);
+    EXPECT_EQ(handle, 4711);
+    return number;
+  }
+  bool writes(const Pointer<_KwRtLib>& object, LONG job, const wchar_t* text) {
+    String data(text);
+    VARIANT_BOOL failed = 1;
+    EXPECT_EQ(object->DirectWritePrinter(&job, &data, &failed), S_OK);
+    return failed == VARIANT_FALSE;
+  }
+  using Member = HRESULT (STDMETHODCALLTYPE _KwRtLib::*)(LONG*, VARIANT_BOOL*);
+  static bool does(const Pointer<_KwRtLib>& object, Member member, LONG job) {
+    VARIANT_BOOL failed = 1;
+    EXPECT_EQ((object.get()->*member)(&job, &failed), S_OK);
+    return failed == VARIANT_FALSE;
+  }
+  LONG last_code() {
+    LONG code = 0;
+    global->Error_LastDLLError(&code);
+    return code;
+  }
+
   Pointer<_KwRtLib> global = create_global();
   PrintQueue queue{L"QvTest1", L"LPT1:"};
 };
@@ -66,26 +103,56 @@ TEST_F(PrintQueues, Files_of_all_sizes_reach_the_port_byte_for_byte) {
 }
 
 TEST_F(PrintQueues, A_job_of_several_pages_reaches_the_port_when_it_is_closed) {
-  String printer(L"QvTest1");
-  LONG handle = 0;
-  String document(L"Pages");
-  VARIANT_BOOL failed = 1;
-  EXPECT_EQ(global->DirectOpenPrinter(&printer, &handle, &document, &failed), S_OK);
-  EXPECT_EQ(failed, VARIANT_FALSE);
-  LONG job = 1;
+  const LONG job = open(global);
   for (const wchar_t* page : {L"page one\f", L"page two\f"}) {
-    String data(page);
-    EXPECT_EQ(global->DirectStartPage(&job, &failed), S_OK);
-    EXPECT_EQ(failed, VARIANT_FALSE);
-    EXPECT_EQ(global->DirectWritePrinter(&job, &data, &failed), S_OK);
-    EXPECT_EQ(failed, VARIANT_FALSE);
-    EXPECT_EQ(global->DirectEndPage(&job, &failed), S_OK);
-    EXPECT_EQ(failed, VARIANT_FALSE);
+    EXPECT_TRUE(does(global, &_KwRtLib::DirectStartPage, job));
+    EXPECT_TRUE(writes(global, job, page));
+    EXPECT_TRUE(does(global, &_KwRtLib::DirectEndPage, job));
   }
   EXPECT_FALSE(queue.has_printed());
-  EXPECT_EQ(global->DirectClosePrinter(&job, &failed), S_OK);
-  EXPECT_EQ(failed, VARIANT_FALSE);
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectClosePrinter, job));
   EXPECT_EQ(queue.output(), "page one\fpage two\f");
+}
+
+TEST_F(PrintQueues, Two_objects_have_jobs_on_one_printer_and_do_not_see_each_others) {
+  auto other = create_global();
+  const LONG mine = open(global);
+  const LONG theirs = open(other);
+  EXPECT_NE(mine, theirs);
+  EXPECT_FALSE(writes(global, theirs, L"x"));
+  EXPECT_FALSE(writes(other, mine, L"x"));
+  EXPECT_TRUE(writes(other, theirs, L"theirs"));
+  EXPECT_TRUE(writes(global, mine, L"mine"));
+  EXPECT_TRUE(does(other, &_KwRtLib::DirectClosePrinter, theirs));
+  EXPECT_EQ(queue.output(), "theirs");
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectClosePrinter, mine));
+  EXPECT_EQ(queue.output(), "mine");
+}
+
+TEST_F(PrintQueues, The_end_of_an_object_closes_the_printers_of_its_jobs) {
+  auto other = create_global();
+  const LONG job = open(other);
+  EXPECT_TRUE(writes(other, job, L"never printed"));
+  other = {};
+  EXPECT_EQ(next_handle(), job);
+}
+
+TEST_F(PrintQueues, DirectClosePrinter_gives_the_printer_back_and_ends_an_open_page) {
+  const LONG job = open(global);
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectStartPage, job));
+  EXPECT_TRUE(writes(global, job, L"page"));
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectClosePrinter, job));
+  EXPECT_EQ(queue.output(), "page");
+  EXPECT_EQ(next_handle(), job);
+  EXPECT_EQ(open(global), job);
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectClosePrinter, job));
+}
+
+TEST_F(PrintQueues, A_job_without_a_page_reaches_the_port) {
+  const LONG job = open(global);
+  EXPECT_TRUE(writes(global, job, L"no page"));
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectClosePrinter, job));
+  EXPECT_EQ(queue.output(), "no page");
 }
 
 TEST_F(PrintQueues, Two_queues_print_what_is_theirs) {
@@ -115,20 +182,29 @@ TEST_F(PrintQueues, A_printer_that_does_not_exist_is_recorded) {
 }
 
 TEST_F(PrintQueues, An_aborted_job_is_closed_only_once) {
-  String printer(L"QvTest1");
-  LONG handle = 0;
+  const LONG job = open(global);
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectAbortPrinter, job));
+  EXPECT_FALSE(does(global, &_KwRtLib::DirectClosePrinter, job));
+  EXPECT_EQ(last_code(), ERROR_INVALID_HANDLE);
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectAbortPrinter, job));
   VARIANT_BOOL failed = 1;
-  EXPECT_EQ(global->DirectOpenPrinter(&printer, &handle, nullptr, &failed), S_OK);
-  LONG job = 1;
-  EXPECT_EQ(global->DirectAbortPrinter(&job, &failed), S_OK);
-  EXPECT_EQ(failed, VARIANT_FALSE);
-  EXPECT_EQ(global->DirectClosePrinter(&job, &failed), S_OK);
-  EXPECT_EQ(failed, VARIANT_TRUE);
-  LONG code = 0;
-  global->Error_LastDLLError(&code);
-  EXPECT_EQ(code, ERROR_INVALID_HANDLE);
   EXPECT_EQ(global->DirectCloseAllPrinters(&failed), S_OK);
   EXPECT_EQ(failed, VARIANT_FALSE);
+  EXPECT_FALSE(does(global, &_KwRtLib::DirectAbortPrinter, job));
+  global->Reset_Error();
+}
+
+TEST_F(PrintQueues, The_number_of_an_aborted_job_does_not_reach_the_next_that_has_its_handle) {
+  const LONG stale = open(global);
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectAbortPrinter, stale));
+  EXPECT_EQ(open(global), stale);
+  EXPECT_FALSE(writes(global, stale, L"x"));
+  EXPECT_FALSE(does(global, &_KwRtLib::DirectClosePrinter, stale));
+  // The object has counted it.
+  const LONG job = stale == 1 ? 2 : 1;
+  EXPECT_TRUE(writes(global, job, L"the next"));
+  EXPECT_TRUE(does(global, &_KwRtLib::DirectClosePrinter, job));
+  EXPECT_EQ(queue.output(), "the next");
   global->Reset_Error();
 }
 

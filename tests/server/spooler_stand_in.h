@@ -18,7 +18,14 @@ namespace qv::tests {
 
 class SpoolerStandIn {
  public:
-  SpoolerStandIn() : outer_(std::exchange(current(), this)) {}
+  // What it gives for a handle.
+  enum class Handles {
+    kCounted,  // 1, 2, 3...
+    kWide,     // more than a Long holds, where handles are wider than that
+    kAlike     // 7 each time: one printer at a time
+  };
+  explicit SpoolerStandIn(Handles handles = Handles::kCounted)
+      : handles_(handles), outer_(std::exchange(current(), this)) {}
   SpoolerStandIn(const SpoolerStandIn&) = delete;
   SpoolerStandIn& operator=(const SpoolerStandIn&) = delete;
   ~SpoolerStandIn() { current() = outer_; }
@@ -42,10 +49,10 @@ class SpoolerStandIn {
     return std::string(wide.begin(), wide.end());
   }
 
-  // Wider than a Long where handles are, so that a cut one is none.
-  static HANDLE handle_of(std::size_t number) {
+  HANDLE handle_of(std::size_t number) const {
     constexpr auto kTop = sizeof(void*) == 8 ? std::size_t{0x12345} << (sizeof(void*) * 4) : 0;
-    return reinterpret_cast<HANDLE>(kTop | (0x7A50000 + number));
+    if (handles_ == Handles::kWide) number |= kTop;
+    return reinterpret_cast<HANDLE>(handles_ == Handles::kAlike ? 7 : number);
   }
   std::size_t number_of(HANDLE printer) const {
     for (const std::size_t number : open_) {
@@ -74,7 +81,7 @@ class SpoolerStandIn {
     if (!self.works("OpenPrinter", 0)) return FALSE;
     const std::size_t number = ++self.last_number_;
     self.open_.insert(number);
-    *printer = handle_of(number);
+    *printer = self.handle_of(number);
     return TRUE;
   }
   static DWORD WINAPI start_doc(HANDLE printer, DWORD level, LPBYTE data) {
@@ -101,6 +108,7 @@ class SpoolerStandIn {
     return TRUE;
   }
 
+  Handles handles_;
   SpoolerStandIn* outer_;  // the one that stands in when this is gone
   std::map<std::string, DWORD> failing_;
   std::vector<std::string> calls_;
