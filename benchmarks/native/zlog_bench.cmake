@@ -1,6 +1,6 @@
 # Peer: the bit set of CRoaring. Debian 12's libroaring-dev is older than it, so it comes from the
 # npm package "roaring" (2.7.0), whose one source file holds that library whole. Unpack the package
-# and say where:
+# and say where, as ./bench does:
 #   npm pack roaring@2.7.0 && tar xzf roaring-2.7.0.tgz
 #   cmake --preset native -DQVRT_ROARING_DIR=$PWD/package
 set(QVRT_ROARING_DIR "" CACHE PATH "Folder of the unpacked npm package roaring")
@@ -36,7 +36,8 @@ size_t peer_sum_of_set(const bitset_t* set) {
   add_library(zlog_peer STATIC ${peer_dir}/peer_bitset.c)
   target_compile_options(zlog_peer PRIVATE -O3 -march=native -w)
   target_include_directories(zlog_peer SYSTEM PUBLIC ${peer_dir})
-  add_executable(zlog_bench ${CMAKE_CURRENT_LIST_DIR}/zlog_bench.cpp)
+  add_executable(zlog_bench EXCLUDE_FROM_ALL ${CMAKE_CURRENT_LIST_DIR}/zlog_bench.cpp)
+  target_include_directories(zlog_bench PRIVATE ${CMAKE_SOURCE_DIR}/benchmarks)
   target_link_libraries(zlog_bench PRIVATE qv_native zlog_peer)
 else()
   message(STATUS "zlog_bench: not built, QVRT_ROARING_DIR names no unpacked package roaring")

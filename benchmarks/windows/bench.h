@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <cstdio>
 #include <vector>
+
+#include "row.h"
 
 namespace qv::bench {
 
@@ -35,10 +36,10 @@ struct Times {
     for (std::size_t i = 0; i < ours_s.size(); ++i) ratios.push_back(ours_s[i] / peers_s[i]);
     return median(ratios);
   }
-  void print(const char* what, std::size_t count) const {
+  void print(const char* what, std::size_t count, const Goal& goal = kNoGoal) const {
     const double to_ns = 1e9 / static_cast<double>(count);
-    std::printf("  %-34s %9.1f ns  peer %9.1f ns   x %.3f\n", what, median(ours_s) * to_ns,
-                median(peers_s) * to_ns, ratio());
+    const double peers_ns = median(peers_s) * to_ns;
+    print_row(what, median(ours_s) * to_ns, peers_ns, "ns", ratio(), goal.beside(peers_ns));
   }
 };
 

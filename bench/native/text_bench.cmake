@@ -1,3 +1,0 @@
-# Byte and text conversions against plain loops, formatted printing and, for CRC-16, slicing.
-add_executable(text_bench ${CMAKE_CURRENT_LIST_DIR}/text_bench.cpp)
-target_link_libraries(text_bench PRIVATE qv_native)
