@@ -61,13 +61,14 @@ std::optional<SYSTEMTIME> local_fields(const FILETIME& time) {
   return fields;
 }
 
-// The start of the count is what an unset file time holds. It means no date.
+// The start of the count is what an unset file time holds. It means no date, and west of Greenwich
+// has no local time either.
 bool is_unset(const FILETIME& time) { return time.dwLowDateTime == 0 && time.dwHighDateTime == 0; }
 
 // Into a variable as SysTime_2_Date does: what the date builder refuses leaves it alone.
 bool assign_file_time(Variant& variable, const FILETIME& time) {
   const auto fields = local_fields(time);
-  if (!fields) return false;
+  if (!fields && !is_unset(time)) return false;
   handled(L"KwRtLibMod.SysTime_2_Date", kTakeError, True, [&] {
     if (is_unset(time)) raise(kInvalidProcedureCall);
     variable.assign(date_of(*fields));
@@ -168,9 +169,9 @@ Integer refused(const wchar_t* source) {
 }  // namespace
 
 std::optional<Date> local_date(const FILETIME& time) {
+  if (is_unset(time)) return Date{};
   const auto fields = local_fields(time);
   if (!fields) return std::nullopt;
-  if (is_unset(time)) return Date{};
   try {
     return date_of(*fields);
   } catch (const RunTimeError&) {

@@ -67,23 +67,24 @@ constexpr std::wstring_view kElided(L"\0\0\0", 3);
 constexpr std::wstring_view kElidedLevel(L"\\\0\0\0\\", 5);
 
 // Takes folders out of the name from the left, then joins elided levels, then drops backslashes,
-// until the name fits.
-std::wstring shortened(std::wstring folder, std::size_t limit) {
-  for (std::size_t at = 0; folder.size() > limit;) {
+// until the name fits. No name fits in fewer than 0 characters, the empty one included.
+std::wstring shortened(std::wstring folder, Long limit) {
+  const auto is_too_long = [&] { return static_cast<Long>(folder.size()) > limit; };
+  for (std::size_t at = 0; is_too_long();) {
     const std::size_t before = folder.find(L'\\', at);
     if (before == std::wstring::npos) break;
     const std::size_t behind = std::min(folder.find(L'\\', before + 1), folder.size());
     folder.replace(before + 1, behind - before - 1, kElided);
     at = before + 1 + kElided.size();
   }
-  if (folder.size() <= limit) return folder;
+  if (!is_too_long()) return folder;
   folder.insert(0, kElided);
-  while (folder.size() > limit) {
+  while (is_too_long()) {
     const std::size_t at = folder.find(kElidedLevel);
     if (at == std::wstring::npos) break;
     folder.erase(at, kElidedLevel.size() - 1);
   }
-  while (folder.size() > limit) {
+  while (is_too_long()) {
     const std::size_t at = folder.find(L'\\');
     if (at == std::wstring::npos) break;
     folder.erase(at, 1);
@@ -110,6 +111,7 @@ void Split_Path(const Text& FullName, Variant& Drive, Variant& Path, Variant& Fi
       assign_if_given(*variable, nothing);
     });
   }
+  err().forget_error();
 }
 
 void MakePath(Text& sPath, const Text& sDrive, const Text& sDir, const Text& sFName,
@@ -179,7 +181,7 @@ Text CompactPath(const Text& SrcPath, Long MaxChars) {
     if (folder.ends_with(L'\\')) folder.remove_suffix(1);
     const auto length = static_cast<Long>(folder.size());
     if (length <= MaxChars) return SrcPath;
-    auto shown = shortened(std::wstring(folder), static_cast<std::size_t>(std::max(MaxChars, 0)));
+    auto shown = shortened(std::wstring(folder), MaxChars);
     std::ranges::replace(shown, L'\0', L'.');
     return joined(parts.drive, shown, Get_FileName(SrcPath), {});
   });

@@ -60,6 +60,8 @@ CheckRecord "tells nothing", 0, ""
 Check "CompactPath of what fits", CompactPath("C:\one\two\file.txt", 8), "C:\one\two\file.txt"
 Check "CompactPath from the left", CompactPath("C:\one\two\three\file.txt", 12), "C:\...\...\...\file.txt"
 Check "CompactPath to 0", CompactPath("C:\one\two\three\file.txt", 0), "C:......\file.txt"
+Check "CompactPath to less than nothing", CompactPath("C:\one\two\three\file.txt", -1), "C:......\file.txt"
+Check "CompactPath of the root folder to less than nothing", CompactPath("C:\file.txt", -1), "C:...\file.txt"
 Check "CompactPath lets a short folder grow", CompactPath("C:\a\b\longer folder\f", 12), "C:\...\...\...\f"
 Check "CompactPath joins elided folders", CompactPath("C:\first\second\third\file.txt", 7), "C:...\...\file.txt"
 Finish

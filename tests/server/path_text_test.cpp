@@ -150,6 +150,16 @@ TEST_F(PathText, Split_Path_of_nothing_empties_all_and_skips_errors) {
   EXPECT_EQ(dir.text(), L"");
   EXPECT_EQ(name.text(), L"");
   EXPECT_EQ(ext.text(), L"");
+  // Nor is what was skipped pending for the next record.
+  Value other_number(5);
+  Value description(L"own");
+  EXPECT_EQ(
+      global_->Error_Set(&other_number, nullptr, &description, nullptr, nullptr, nullptr, nullptr),
+      S_OK);
+  String recorded;
+  EXPECT_EQ(global_->Error_Description(&recorded), S_OK);
+  EXPECT_EQ(recorded.view(), L"own");
+  EXPECT_EQ(global_->Reset_Error(), S_OK);
 }
 
 TEST_F(PathText, Split_Path_into_a_variable_that_takes_no_text_raises_13) {
@@ -316,6 +326,11 @@ TEST_F(PathText, CompactPath_joins_elided_folders_before_it_drops_backslashes) {
 TEST_F(PathText, CompactPath_to_0_leaves_only_dots) {
   EXPECT_EQ(compact(L"C:\\one\\two\\three\\file.txt", 0), L"C:......\\file.txt");
   EXPECT_EQ(compact(L"C:\\one\\two\\three\\file.txt", -5), L"C:......\\file.txt");
+}
+
+TEST_F(PathText, CompactPath_to_less_than_0_takes_the_root_folder_for_too_long) {
+  EXPECT_EQ(compact(L"C:\\file.txt", -1), L"C:...\\file.txt");
+  EXPECT_EQ(compact(L"file.txt", -1), L"...\\file.txt");
 }
 
 TEST_F(PathText, CompactPath_keeps_the_first_folder_of_a_relative_path) {
