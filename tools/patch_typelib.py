@@ -1,19 +1,30 @@
 """Puts into a compiled type library what the IDL compiler can't: the defaults of by-reference
-arguments. It also blots out the compiler's time stamp, so that equal sources give equal bytes.
+arguments, and the help strings of constants and of record fields. It also blots out the compiler's
+time stamp, so that equal sources give equal bytes.
 
 The file (little-endian) is a head, the offsets of the type descriptions, a directory of segments,
 then the segments. A function's record ends in one word a parameter for its default, if any
 parameter has one, and three words a parameter (type, name, flags). A default word holds a small
 value itself (bit 31 set, variant type in bits 26 to 30, value below) or the place of a value in the
 custom data segment: variant type (2 bytes), the value, padding to 4 bytes.
+
+Behind the segments stand the members of each type in a block: the size of the records, the records,
+then one word a member each for its id, its name and the place of its record. A constant's record
+has five words (size and index, type, flags, kind, value), and two more if it has a help string: the
+help context and the place of the text in the string segment, where it follows its length (2 bytes),
+padded to 4 bytes.
 """
 
 import re
 import struct
 
 HEAD_BYTES = 0x54
-SEGMENT_NAMES = 11  # index of the custom data segment in the directory
-KIND_INTERFACE, KIND_DISPATCH = 3, 4
+SEGMENTS, SEGMENT_ENTRY_BYTES = 15, 16
+# Indices of segments in the directory.
+TYPES, NAMES, STRINGS, CUSTOM_DATA = 0, 7, 8, 11
+KIND_ENUMERATION, KIND_RECORD, KIND_INTERFACE, KIND_DISPATCH = 0, 1, 3, 4
+# Bytes of a constant's record, without and with a help string.
+PLAIN_RECORD, HELPED_RECORD = 0x14, 0x1C
 VT_I2, VT_I4, VT_BSTR, VT_BOOL = 2, 3, 8, 11
 VARIANT_TYPES = {"short": VT_I2, "VARIANT_BOOL": VT_BOOL, "BSTR": VT_BSTR}
 HAS_DEFAULTS = 0x1000
@@ -27,11 +38,20 @@ class TypeLibraryFile:
         offsets = HEAD_BYTES + (4 if has_help_dll else 0)
         self.type_offsets = [self.word(offsets + 4 * i) for i in range(count)]
         self.directory = offsets + 4 * count
-        self.types_start = self.word(self.directory)
-        self.names_start = self.word(self.directory + 16 * 7)
-        custom = self.directory + 16 * SEGMENT_NAMES
-        start, length = self.word(custom), self.word(custom + 4)
-        self.custom = bytearray(self.data[start : start + length]) if length else bytearray()
+        self.types_start = self.segment(TYPES)[0]
+        self.names_start = self.segment(NAMES)[0]
+        self.custom = self.content(CUSTOM_DATA)
+        self.strings = self.content(STRINGS)
+        self.new_blocks = {}  # by the place of the type's description
+
+    def segment(self, index):
+        """(place, length) of a segment; place -1: there is none."""
+        entry = self.directory + SEGMENT_ENTRY_BYTES * index
+        return self.word(entry), self.word(entry + 4)
+
+    def content(self, index):
+        start, length = self.segment(index)
+        return bytearray(self.data[start : start + length]) if start >= 0 else bytearray()
 
     def word(self, offset):
         return struct.unpack_from("<i", self.data, offset)[0]
@@ -41,13 +61,16 @@ class TypeLibraryFile:
         start = self.names_start + offset + 12
         return self.data[start : start + length].decode("ascii")
 
+    def types(self, *kinds):
+        """Yields (name, place of the description) of the types of some kinds."""
+        for offset in self.type_offsets:
+            place = self.types_start + offset
+            if self.word(place) & 0xF in kinds:
+                yield self.name(self.word(place + 0x34)), place
+
     def functions(self):
         """Yields (type name, function record offset, record length, parameter count)."""
-        for offset in self.type_offsets:
-            base = self.types_start + offset
-            if self.word(base) & 0xF not in (KIND_INTERFACE, KIND_DISPATCH):
-                continue
-            type_name = self.name(self.word(base + 0x34))
+        for type_name, base in self.types(KIND_INTERFACE, KIND_DISPATCH):
             elements = self.word(base + 0x18)
             record = self.word(base + 4) + 4
             end = record + self.word(record - 4)
@@ -72,11 +95,55 @@ class TypeLibraryFile:
         self.custom += body + b"W" * (-len(body) % 4)
         return struct.pack("<I", place)
 
+    def string_place(self, text):
+        place = len(self.strings)
+        body = struct.pack("<H", len(text)) + text.encode("cp1252")
+        self.strings += body + b"W" * (-len(body) % 4)
+        return place
+
+    def add_help_strings(self, base, texts):
+        """Gives every constant or field of a type a help string: texts by name."""
+        count = self.word(base + 0x18) >> 16
+        start = self.word(base + 4)
+        if self.word(start) != PLAIN_RECORD * count:
+            raise ValueError("a constant's record has an unknown form")
+        table = start + 4 + PLAIN_RECORD * count
+        records = bytearray()
+        for i in range(count):
+            record = self.data[start + 4 + PLAIN_RECORD * i :][:PLAIN_RECORD]
+            text = texts[self.name(self.word(table + 4 * (count + i)))]
+            records += struct.pack("<I", HELPED_RECORD | i << 16) + record[4:]
+            records += struct.pack("<ii", 0, self.string_place(text))
+        self.new_blocks[base] = (
+            struct.pack("<i", len(records))
+            + records
+            + self.data[table : table + 8 * count]
+            + struct.pack(f"<{count}i", *(HELPED_RECORD * i for i in range(count)))
+        )
+
     def finished(self):
-        """The file with the custom data, longer now, moved to its end."""
-        custom = self.directory + 16 * SEGMENT_NAMES
-        struct.pack_into("<ii", self.data, custom, len(self.data), len(self.custom))
-        return bytes(self.data + self.custom)
+        """The file with the segments and blocks that have grown."""
+        segments = sorted(
+            (self.segment(i)[0], i) for i in range(SEGMENTS) if self.segment(i)[0] >= 0
+        )
+        blocks = sorted(
+            (self.word(self.types_start + offset + 4), self.types_start + offset)
+            for offset in self.type_offsets
+        )
+        grown = {STRINGS: self.strings, CUSTOM_DATA: self.custom}
+        out = bytearray(self.data[: segments[0][0]])
+        for _, index in segments:
+            content = grown.get(index) or self.content(index)
+            entry = self.directory + SEGMENT_ENTRY_BYTES * index
+            struct.pack_into("<ii", out, entry, len(out), len(content))
+            out += content
+        if self.segment(segments[-1][1])[0] + self.segment(segments[-1][1])[1] != blocks[0][0]:
+            raise ValueError("something unknown stands between segments and members")
+        types_start = struct.unpack_from("<i", out, self.directory)[0]
+        for (start, base), (end, _) in zip(blocks, [*blocks[1:], (len(self.data), 0)]):
+            struct.pack_into("<i", out, types_start + base - self.types_start + 4, len(out))
+            out += self.new_blocks.get(base, self.data[start:end])
+        return bytes(out)
 
 
 def default_value(parameter):
@@ -105,6 +172,10 @@ def patched(data, library):
                 continue
             word = file.default_word(*default_value(parameter))
             file.data[defaults + 4 * i : defaults + 4 * i + 4] = word
+    texts = {e.name: {name: text for name, _, text in e.values} for e in library.enumerations}
+    texts |= {r.name: {name: text for _, name, text in r.fields} for r in library.records}
+    for type_name, base in file.types(KIND_ENUMERATION, KIND_RECORD):
+        file.add_help_strings(base, texts[type_name])
     stamp = re.search(rb"Created by WIDL version [^\0]*? at [\w: ]+", bytes(file.custom))
     if stamp:
         file.custom[stamp.start() : stamp.end()] = b" " * (stamp.end() - stamp.start())

@@ -42,9 +42,21 @@ TEST(Frame_Interface, the_table_has_23_classes_and_the_global_class_395_operatio
   EXPECT_EQ(operations, 395U);
 }
 
-TEST(Frame_Interface, every_type_and_member_has_a_help_string) {
+TEST(Frame_Interface, every_type_member_and_constant_has_a_help_string) {
   const auto names = names_without_help(compiled_library().get());
   for (const std::string& name : names) ADD_FAILURE() << name;
+}
+
+TEST(Frame_Interface, a_constant_has_its_own_help_string) {
+  Pointer<ITypeInfo> flags;
+  MEMBERID id = MEMBERID_NIL;
+  UINT16 found = 1;
+  std::wstring name = L"DE_NOSAVE";
+  ASSERT_EQ(compiled_library()->FindName(name.data(), 0, flags.receive(), &id, &found), S_OK);
+  ASSERT_EQ(found, 1);
+  String help;
+  ASSERT_EQ(flags->GetDocumentation(id, nullptr, &help, nullptr, nullptr), S_OK);
+  EXPECT_EQ(help.view(), L"the message box does not offer to save the text");
 }
 
 TEST(Frame_Interface, name_lookup_of_a_compiler_finds_members_of_the_global_class) {

@@ -326,6 +326,11 @@ std::vector<std::string> names_without_help(ITypeLib* library) {
     const auto kind = Attributes(info)->typekind;
     if (kind == TKIND_ALIAS) return;  // hidden
     if (!has_help(info)) names.push_back(name_of(info));
+    each_variable(info, [&](const VARDESC& variable) {
+      if (!has_help(info, variable.memid)) {
+        names.push_back(name_of(info) + "." + name_of(info, variable.memid));
+      }
+    });
     if (kind != TKIND_DISPATCH) return;
     each_function(info, [&](const FUNCDESC& function) {
       const bool own = function.oVft >= kFirstSlot * static_cast<int>(sizeof(void*));

@@ -15,7 +15,7 @@ using InterfaceBlocks = std::map<std::string, std::vector<std::string>>;
 InterfaceBlocks blocks_of_table(const char* path);
 InterfaceBlocks blocks_of_library(ITypeLib* library);
 
-// What has no help string: "Class.Member", "Enumeration"...
+// What has no help string: "Class.Member", "Enumeration", "Enumeration.Constant"...
 std::vector<std::string> names_without_help(ITypeLib* library);
 
 }  // namespace qv::tests
