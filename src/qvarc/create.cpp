@@ -7,7 +7,6 @@
 #include "native/cpr/archive_names.h"
 #include "native/cpr/archive_records.h"
 #include "qvarc/commands.h"
-#include "qvarc/failure.h"
 #include "qvarc/file_streams.h"
 #include "qvarc/names.h"
 #include "qvarc/progress.h"

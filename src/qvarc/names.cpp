@@ -4,41 +4,16 @@
 #include <system_error>
 
 namespace qv::qvarc {
-namespace {
-
-using native::rtlib::ForwardTable;
-
-const ForwardTable& table() {
-  static const ForwardTable characters = name_table();
-  return characters;
-}
-
-std::u16string characters_of(std::string_view stored) {
-  std::u16string text;
-  for (const char byte : stored) text += table()[static_cast<unsigned char>(byte)];
-  return text;
-}
-
-constexpr bool is_control(char16_t character) {
-  return character < 0x20 || (character >= 0x7F && character < 0xA0);
-}
-
-}  // namespace
-
-Path path_of_text(std::string_view text) { return Path(std::u8string(text.begin(), text.end())); }
-
-std::string text_of_path(const Path& path) {
-  const std::u8string text = path.u8string();
-  return std::string(text.begin(), text.end());
-}
+using console::characters;
+using console::characters_of;
 
 std::optional<std::string> stored_text(std::string_view text) {
   std::string stored;
   try {
     for (const char16_t character : path_of_text(text).u16string()) {
-      const auto place = std::ranges::find(table(), character);
-      if (place == table().end()) return std::nullopt;
-      stored += static_cast<char>(place - table().begin());
+      const auto place = std::ranges::find(characters(), character);
+      if (place == characters().end()) return std::nullopt;
+      stored += static_cast<char>(place - characters().begin());
     }
   } catch (const std::system_error&) {
     return std::nullopt;  // not in the encoding of the system's names
@@ -60,13 +35,6 @@ Path relative_path(std::string_view stored) {
   std::u16string text = characters_of(stored);
   std::ranges::replace(text, u'\\', u'/');
   return Path(text).make_preferred();
-}
-
-std::string shown(std::string_view stored) {
-  std::u16string text = characters_of(stored);
-  std::ranges::replace_if(text, is_control, u'?');
-  const std::u8string utf8 = Path(text).u8string();
-  return std::string(utf8.begin(), utf8.end());
 }
 
 std::optional<std::string_view> below(std::string_view stored, std::string_view folder) {

@@ -10,19 +10,12 @@
 
 namespace qv::qvarc {
 
-// UTF-8, as the command line gives it and messages show it.
-Path path_of_text(std::string_view text);
-std::string text_of_path(const Path& path);
-
 // Of an absolute path. Nothing where a character has no byte, or would be taken for a separator.
 std::optional<std::string> stored_name(const Path& path);
 // Of a text of the user's, its separators as they are.
 std::optional<std::string> stored_text(std::string_view text);
 // Below the folder that it is put behind.
 Path relative_path(std::string_view stored);
-
-// UTF-8 for the user's eyes: control characters, which could steer a terminal, as "?".
-std::string shown(std::string_view stored);
 
 // What is left of a stored name behind a stored folder, which ends in "\"; nothing where the name
 // does not lie below it.

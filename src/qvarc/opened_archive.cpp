@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "qvarc/failure.h"
 #include "qvarc/names.h"
 
 namespace qv::qvarc {

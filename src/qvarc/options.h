@@ -1,7 +1,6 @@
 // The command line.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -26,10 +25,6 @@ struct Options {
 };
 
 // Of the arguments behind the program's name, in UTF-8. Throws UsageError.
-class UsageError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 Options parse(const std::vector<std::string>& arguments);
 
 extern const char* const kHelp;

@@ -10,7 +10,6 @@
 #include "native/cpr/archive_names.h"
 #include "qvarc/commands.h"
 #include "qvarc/dates.h"
-#include "qvarc/failure.h"
 #include "qvarc/file_streams.h"
 #include "qvarc/names.h"
 #include "qvarc/opened_archive.h"

@@ -1,9 +1,6 @@
 #include <fcntl.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <ctime>
 
 #include "qvarc/dates.h"
@@ -33,8 +30,6 @@ std::optional<std::time_t> time_of(double date) {
   fields.tm_isdst = -1;
   return std::mktime(&fields);
 }
-
-int descriptor(Stream stream) { return stream == Stream::output ? STDOUT_FILENO : STDERR_FILENO; }
 
 }  // namespace
 
@@ -67,21 +62,6 @@ bool set_attributes(const Path& path, std::int32_t attributes) {
   struct stat facts {};
   return stat(path.c_str(), &facts) == 0 &&
          chmod(path.c_str(), facts.st_mode & 07777 & ~kAnyWrite) == 0;
-}
-
-native::rtlib::ForwardTable name_table() { return native::rtlib::kWindows1252; }
-
-void write(Stream stream, std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stream == Stream::output ? stdout : stderr);
-}
-
-bool is_terminal(Stream stream) { return isatty(descriptor(stream)) == 1; }
-
-std::size_t terminal_width(Stream stream) {
-  constexpr std::size_t kUsual = 80;
-  winsize size{};
-  return ioctl(descriptor(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col
-                                                                              : kUsual;
 }
 
 }  // namespace qv::qvarc

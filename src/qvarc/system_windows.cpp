@@ -1,7 +1,5 @@
-#include <io.h>
 #include <windows.h>
 
-#include <cstdio>
 #include <vector>
 
 #include "qvarc/dates.h"
@@ -49,10 +47,6 @@ void read_version(const Path& path, FileFacts& facts) {
   facts.minor_version = static_cast<std::int32_t>(info.dwFileVersionLS);
 }
 
-HANDLE handle_of(Stream stream) {
-  return GetStdHandle(stream == Stream::output ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
-}
-
 }  // namespace
 
 std::optional<FileFacts> facts_of(const Path& path) {
@@ -86,44 +80,6 @@ bool set_dates(const Path& path, double created, double changed) {
 bool set_attributes(const Path& path, std::int32_t attributes) {
   const DWORD wanted = static_cast<DWORD>(attributes) & kRestorable;
   return SetFileAttributesW(path.c_str(), wanted == 0 ? FILE_ATTRIBUTE_NORMAL : wanted) != FALSE;
-}
-
-native::rtlib::ForwardTable name_table() {
-  CPINFO info;
-  if (GetCPInfo(CP_ACP, &info) == FALSE || info.MaxCharSize != 1) {
-    return native::rtlib::kWindows1252;
-  }
-  native::rtlib::ForwardTable table;
-  for (std::size_t byte = 0; byte < table.size(); ++byte) {
-    const char narrow = static_cast<char>(byte);
-    wchar_t wide = 0;
-    const int count = MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, &narrow, 1, &wide, 1);
-    table[byte] = static_cast<char16_t>(count == 1 ? wide : byte);
-  }
-  return table;
-}
-
-void write(Stream stream, std::string_view text) {
-  if (is_terminal(stream)) {
-    const std::wstring wide = Path(std::u8string(text.begin(), text.end())).wstring();
-    DWORD written = 0;
-    WriteConsoleW(handle_of(stream), wide.data(), static_cast<DWORD>(wide.size()), &written,
-                  nullptr);
-  } else {
-    std::fwrite(text.data(), 1, text.size(), stream == Stream::output ? stdout : stderr);
-  }
-}
-
-bool is_terminal(Stream stream) {
-  DWORD mode;
-  return GetConsoleMode(handle_of(stream), &mode) != FALSE;
-}
-
-std::size_t terminal_width(Stream stream) {
-  constexpr std::size_t kUsual = 80;
-  CONSOLE_SCREEN_BUFFER_INFO info;
-  if (GetConsoleScreenBufferInfo(handle_of(stream), &info) == FALSE) return kUsual;
-  return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
 }
 
 }  // namespace qv::qvarc
