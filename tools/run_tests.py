@@ -161,11 +161,13 @@ def run_reference_examples(totals, bits, path):
     """One file of the reference's examples, or a guide: what each block shows is what it says."""
     text = path.read_text("latin-1")
     blocks = [lines for _, lines in examples.blocks_of(text)]
+    preamble = examples.preamble_of(text)
     if path.suffix == ".md":
         blocks = [examples.guide_blocks(text)]
+        preamble = ()
     program = BUILD / "examples" / f"{path.stem}.vbs"
     program.parent.mkdir(parents=True, exist_ok=True)
-    program.write_text(examples.program_of(blocks), "latin-1")
+    program.write_text(examples.program_of(blocks, preamble), "latin-1")
     host = f"build/{bits}/tests/server/script_host.exe"
     _, output = captured(f"run_wine {bits} {host} {program.relative_to(REPOSITORY)} 2>&1", 300)
     shown = [[] for _ in blocks]

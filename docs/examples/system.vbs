@@ -101,3 +101,89 @@ active = Get_ScreenSaverStatus()
 Show Set_ScreenSaverStatus(False)                     '-> False
 Show Get_ScreenSaverStatus()                          '-> False
 Set_ScreenSaverStatus active
+
+' == Caption_Height, CaptionSmall_Height, CaptionButton_Width, CaptionButton_Height, CaptionSmallButton_Width, CaptionSmallButton_Height
+Show Caption_Height() >= CaptionButton_Height()       '-> True
+Show CaptionSmall_Height() >= CaptionSmallButton_Height()   '-> True
+Show CaptionSmallButton_Width() <= CaptionButton_Width()   '-> True
+
+' == ControlBox_BitmapWidth, ControlBox_BitmapHeight
+' As large as a button of the caption.
+Show ControlBox_BitmapWidth() = CaptionButton_Width() '-> True
+Show ControlBox_BitmapHeight() = CaptionButton_Height()   '-> True
+
+' == HScroll_BitmapWidth, HScroll_BitmapHeight, HScroll_ThumbWidth, VScroll_BitmapWidth, VScroll_BitmapHeight, VScroll_ThumbHeight
+' What a list needs beside its text.
+Show VScroll_BitmapWidth() > 0                        '-> True
+Show VScroll_BitmapHeight() = VScroll_ThumbHeight()   '-> True
+Show HScroll_BitmapHeight() = VScroll_BitmapWidth()   '-> True
+Show HScroll_BitmapWidth() = HScroll_ThumbWidth()     '-> True
+
+' == Menu_Height, Minimized_Width, Minimized_Height
+Show Menu_Height() > 0                                '-> True
+Show Minimized_Width() > Minimized_Height()           '-> True
+
+' == CaptionActive_BackColor, CaptionActive_ForeColor, CaptionInActive_BackColor, CaptionInActive_ForeColor
+' Texts can be read on their captions.
+Show CaptionActive_BackColor() = CaptionActive_ForeColor()       '-> False
+Show CaptionInActive_BackColor() = CaptionInActive_ForeColor()   '-> False
+
+' == Menu_BackColor, Menu_ForeColor, TextGray_ForeColor
+Show Menu_BackColor() = Menu_ForeColor()              '-> False
+Show TextGray_ForeColor() = Menu_ForeColor()          '-> False
+
+' == BorderActive_BackColor, BorderInActive_BackColor, Frame_BackColor, Scroll_BackColor
+' Red is the lowest byte of a colour, blue the highest.
+Dim colour
+colour = Scroll_BackColor()
+Show colour = RGB(colour And 255, (colour \ 256) And 255, colour \ 65536)   '-> True
+Show BorderActive_BackColor() = BorderInActive_BackColor()   '-> True
+Show Frame_BackColor() = Scroll_BackColor()           '-> False
+
+' == Win_Version, Dos_Version
+' The minor version comes first.
+Dim first, second, major, minor
+Win_Version first, second
+Win_VersionEx major, minor
+Show second = major And first = minor                 '-> True
+Dos_Version first, second
+
+' == Win_Free
+' A machine of today has more bytes than a Long.
+Dim free, percent
+On Error Resume Next
+Win_Free free, percent
+Show Err.Number = 6 Or percent <= 100                 '-> True
+
+' == Win_Equipment
+' A question for 16-bit systems.
+Dim processor, coprocessor, mode
+On Error Resume Next
+Win_Equipment processor, coprocessor, mode
+Show Err.Number                                       '-> 453
+Show coprocessor & " " & mode                         '-> -1 1
+
+' == Taskman_Enable
+' Of effect on one old system alone.
+Taskman_Enable False
+Taskman_Enable True
+
+' == Get_ComputerName, Get_UserName
+Dim shell
+Set shell = CreateObject("WScript.Shell")
+Show UCase(Get_ComputerName()) = UCase(shell.ExpandEnvironmentStrings("%COMPUTERNAME%"))   '-> True
+Show LCase(Get_UserName()) = LCase(shell.ExpandEnvironmentStrings("%USERNAME%"))   '-> True
+
+' == HtmlHelpShow
+' The contents (1), a topic (0) in a window type of the help file, a topic by its number (15).
+Show HtmlHelpShow("C:\App\fatture.chm", 1)            '-> False
+Show HtmlHelpShow("C:\App\fatture.chm", 0, "clienti\nuovo.htm", "main")   '-> False
+Show HtmlHelpShow("C:\App\fatture.chm", 15, "", "", 42)   '-> False
+
+' == ShowBrowseFolder
+' The user cancels.
+Dim folder, name
+Host.Press_Button 2
+Show ShowBrowseFolder(folder, 0, name, "Where to?")   '-> True
+Show Error_Number()                                   '-> 32755
+Show Error_Description()                              '-> Operazione annullata.

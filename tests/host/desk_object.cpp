@@ -8,9 +8,21 @@
 namespace qv::tests {
 namespace {
 
-enum Member : DISPID { kControl = 1, kSend, kTextBy, kCanvas, kPixel, kPrintQueue, kPrinted };
-constexpr const wchar_t* kNames[] = {L"Control", L"Send",        L"Text_By", L"Canvas",
-                                     L"Pixel",   L"Print_Queue", L"Printed"};
+enum Member : DISPID {
+  kControl = 1,
+  kSend,
+  kTextBy,
+  kPlace,
+  kFormSize,
+  kDevice,
+  kCanvas,
+  kPixel,
+  kPrintQueue,
+  kPrinted
+};
+constexpr const wchar_t* kNames[] = {L"Control",     L"Send",   L"Text_By", L"Place",
+                                     L"Form_Size",   L"Device", L"Canvas",  L"Pixel",
+                                     L"Print_Queue", L"Printed"};
 
 const VARIANT& inner(const VARIANT& value) {
   return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
@@ -45,13 +57,23 @@ std::wstring text_by(HWND window, UINT message, LONG word) {
   return text.data();
 }
 
+LONG handle_of(HDC device) { return static_cast<LONG>(reinterpret_cast<LONG_PTR>(device)); }
+
+// The system knows some classes only once a library is loaded.
+HWND create_window(const std::wstring& window_class, DWORD style, HWND parent) {
+  if (window_class.empty()) return nullptr;
+  LoadLibraryW(L"riched20.dll");
+  LoadLibraryW(L"comctl32.dll");
+  return create_control_window(window_class, style, false, parent);
+}
+
 LONG make_canvas(LONG width, LONG height) {
   BITMAPINFO info{};
   info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   const HDC canvas = CreateCompatibleDC(nullptr);
   SelectObject(canvas, CreateDIBSection(canvas, &info, DIB_RGB_COLORS, nullptr, nullptr, 0));
   PatBlt(canvas, 0, 0, width, height, WHITENESS);
-  return static_cast<LONG>(reinterpret_cast<LONG_PTR>(canvas));
+  return handle_of(canvas);
 }
 
 LONG pixel_of(LONG canvas, LONG x, LONG y) {
@@ -93,11 +115,10 @@ HRESULT DeskObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
   };
   switch (id) {
     case kControl: {
-      const std::wstring window_class = text_of(argument(0));
-      const auto style = static_cast<DWORD>(long_of(argument(1)));
+      const HWND parent = parameters->cArgs > 2 ? window_of(argument(2)) : form_window();
       answer.vt = VT_DISPATCH;
       answer.pdispVal = new FormControl(
-          window_class.empty() ? nullptr : create_control_window(window_class, style));
+          create_window(text_of(argument(0)), static_cast<DWORD>(long_of(argument(1))), parent));
       break;
     }
     case kSend:
@@ -107,6 +128,17 @@ HRESULT DeskObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
     case kTextBy:
       give_text(text_by(window_of(argument(0)), static_cast<UINT>(long_of(argument(1))),
                         long_of(argument(2))));
+      break;
+    case kPlace:
+      MoveWindow(window_of(argument(0)), long_of(argument(1)), long_of(argument(2)),
+                 long_of(argument(3)), long_of(argument(4)), TRUE);
+      ShowWindow(form_window(), SW_SHOW);
+      break;
+    case kFormSize:
+      MoveWindow(form_window(), 0, 0, long_of(argument(0)), long_of(argument(1)), TRUE);
+      break;
+    case kDevice:
+      give_number(handle_of(GetDC(window_of(argument(0)))));
       break;
     case kCanvas:
       give_number(make_canvas(long_of(argument(0)), long_of(argument(1))));

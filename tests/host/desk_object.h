@@ -1,11 +1,16 @@
 // The object "Desk" of test scripts: windows, device contexts and printers.
-//   Desk.Control(class, style)   a control of a form (server/form_control.h); "": without a window
+//   Desk.Control(class, style [, parent])   a control of a form (server/form_control.h), or of the
+//                                           control `parent`; "": without a window
 //   Desk.Send(control, message, word, value)   a message to it; a text goes by its address
-//   Desk.Text_By(control, message, word)       the text with which it answers one
-//   Desk.Canvas(width, height)   a device context over a white bitmap; it lives as long as the
-//   script Desk.Pixel(canvas, x, y)     a colour of it Desk.Print_Queue name, port  makes a print
-//   queue (server/print_queue.h) Desk.Printed                 the bytes of the last job that left
-//   it since this was asked
+//   Desk.Text_By(control, message, word)    the text with which it answers one
+//   Desk.Place control, x, y, width, height    moves it there, and shows the form
+//   Desk.Form_Size width, height            of the form
+//   Desk.Device(control)                    a device context of its window, for good
+//   Desk.Canvas(width, height)              a device context over a white bitmap, for good
+//   Desk.Pixel(canvas, x, y)                a colour of it
+//   Desk.Print_Queue name, port             makes a print queue (server/print_queue.h)
+//   Desk.Printed                            the bytes of the last job that left it since this was
+//                                           asked
 #pragma once
 
 #include <windows.h>

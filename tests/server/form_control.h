@@ -2,7 +2,10 @@
 //   hwnd                       the window
 //   Refresh, Refreshes         a method, and how often it was called
 //   ListCount, ItemData(i)     of the list box or combo box that the window is
-//   SelLength                  of the text box that the window is
+//   List(i), AddItem text      likewise
+//   Selected(i)                of the list box; can be set
+//   SelStart, SelLength        of the text box that the window is; can be set
+//   Text                       of the window; can be set
 //   Define name, value         adds a property that can be read and written, or gives it a value
 //   Lack name                  makes the object answer that it has no such member
 //   Fail name                  makes that member raise error 7777, "the control refuses"
@@ -21,12 +24,17 @@
 
 namespace qv::tests {
 
-// A window of one of the system's classes, in a parent that nobody sees. Narrow ones are what the
-// controls of the language are.
+// The form: it shows where a test shows it.
+inline HWND form_window() {
+  static const HWND form = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 400, 300, nullptr,
+                                           nullptr, nullptr, nullptr);
+  return form;
+}
+
+// A window of one of the system's classes, on the form unless it has another parent. Narrow ones
+// are what the controls of the language are.
 inline HWND create_control_window(const std::wstring& window_class, DWORD style,
-                                  bool is_narrow = false) {
-  static const HWND parent = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 400, 300, nullptr,
-                                             nullptr, nullptr, nullptr);
+                                  bool is_narrow = false, HWND parent = form_window()) {
   const DWORD all = style | WS_CHILD | WS_VISIBLE;
   if (!is_narrow) {
     return CreateWindowExW(0, window_class.c_str(), L"", all, 10, 20, 200, 100, parent, nullptr,
@@ -103,7 +111,9 @@ class FormControl final : public IDispatch {
     VARIANT answer;
     VariantInit(&answer);
     if ((kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
-      define(name, parameters->rgvarg[0]);
+      if (properties_.contains(name) || !set_standard(name, *parameters)) {
+        define(name, parameters->rgvarg[0]);
+      }
     } else if (properties_.contains(name)) {
       VariantCopy(&answer, &properties_[name]);
     } else {
@@ -138,15 +148,62 @@ class FormControl final : public IDispatch {
     return inner.vt == VT_BSTR ? std::wstring(inner.bstrVal, SysStringLen(inner.bstrVal)) : L"";
   }
   static bool is_standard(const std::wstring& name) {
-    static const std::set<std::wstring> kNames = {L"hwnd",      L"refresh",  L"refreshes",
-                                                  L"listcount", L"itemdata", L"sellength",
-                                                  L"define",    L"lack",     L"fail"};
+    static const std::set<std::wstring> kNames = {
+        L"hwnd",    L"refresh",  L"refreshes", L"listcount", L"itemdata", L"sellength", L"list",
+        L"additem", L"selected", L"selstart",  L"text",      L"define",   L"lack",      L"fail"};
     return kNames.contains(name);
   }
   bool is_combo_box() const {
     wchar_t name[32];
     GetClassNameW(window_, name, 32);
     return lstrcmpiW(name, L"ComboBox") == 0;
+  }
+
+  void select(DWORD start, DWORD end) const {
+    SendMessageW(window_, EM_SETSEL, start, static_cast<LPARAM>(end));
+  }
+  std::pair<DWORD, DWORD> selection() const {
+    DWORD start = 0;
+    DWORD end = 0;
+    SendMessageW(window_, EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                 reinterpret_cast<LPARAM>(&end));
+    return {start, end};
+  }
+  std::wstring window_text() const {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window_)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(
+        GetWindowTextW(window_, text.data(), static_cast<int>(text.size()))));
+    return text;
+  }
+  std::wstring item_text(WPARAM index) const {
+    const bool is_combo = is_combo_box();
+    const LRESULT length =
+        SendMessageW(window_, is_combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, index, 0);
+    if (length < 0) return L"";
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    SendMessageW(window_, is_combo ? CB_GETLBTEXT : LB_GETTEXT, index,
+                 reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+  }
+
+  bool set_standard(const std::wstring& name, const DISPPARAMS& parameters) const {
+    const VARIANT& value = parameters.rgvarg[0];
+    if (name == L"text") {
+      SetWindowTextW(window_, text_of(value).c_str());
+    } else if (name == L"selstart") {
+      const auto start = static_cast<DWORD>(long_of(value));
+      select(start, start);
+    } else if (name == L"sellength") {
+      const DWORD start = selection().first;
+      select(start, start + static_cast<DWORD>(long_of(value)));
+    } else if (name == L"selected") {
+      SendMessageW(window_, LB_SETSEL, long_of(value) != 0 ? TRUE : FALSE,
+                   LPARAM{long_of(parameters.rgvarg[1])});
+    } else {
+      return false;
+    }
+    return true;
   }
 
   void answer_standard(const std::wstring& name, const DISPPARAMS& parameters, VARIANT& answer) {
@@ -156,6 +213,10 @@ class FormControl final : public IDispatch {
     const auto give = [&](LRESULT number) {
       answer.vt = VT_I4;
       answer.lVal = static_cast<LONG>(number);
+    };
+    const auto give_text = [&](const std::wstring& text) {
+      answer.vt = VT_BSTR;
+      answer.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
     };
     if (name == L"hwnd") {
       give(static_cast<LRESULT>(reinterpret_cast<LONG_PTR>(window_)));
@@ -169,11 +230,22 @@ class FormControl final : public IDispatch {
       give(SendMessageW(window_, is_combo_box() ? CB_GETITEMDATA : LB_GETITEMDATA,
                         static_cast<WPARAM>(long_of(argument(0))), 0));
     } else if (name == L"sellength") {
-      DWORD start = 0;
-      DWORD end = 0;
-      SendMessageW(window_, EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                   reinterpret_cast<LPARAM>(&end));
-      give(static_cast<LRESULT>(end - start));
+      give(static_cast<LRESULT>(selection().second - selection().first));
+    } else if (name == L"selstart") {
+      give(static_cast<LRESULT>(selection().first));
+    } else if (name == L"text") {
+      give_text(window_text());
+    } else if (name == L"list") {
+      give_text(item_text(static_cast<WPARAM>(long_of(argument(0)))));
+    } else if (name == L"selected") {
+      answer.vt = VT_BOOL;
+      answer.boolVal =
+          SendMessageW(window_, LB_GETSEL, static_cast<WPARAM>(long_of(argument(0))), 0) > 0
+              ? VARIANT_TRUE
+              : VARIANT_FALSE;
+    } else if (name == L"additem") {
+      SendMessageW(window_, is_combo_box() ? CB_ADDSTRING : LB_ADDSTRING, 0,
+                   reinterpret_cast<LPARAM>(text_of(argument(0)).c_str()));
     } else if (name == L"define") {
       define(text_of(argument(0)), argument(1));
     } else if (name == L"lack") {

@@ -2,7 +2,8 @@
 
 A block begins with a line `' == Name, Name` of what it shows: members (`Class.Name` outside the
 global class) and classes. `Show value '-> text` prints a value and tells what comes out. Classes,
-procedures and event handlers of a block stand behind its other lines.
+procedures and event handlers of a block stand behind its other lines. What stands before the first
+block makes what an application has around the examples of a file: a form's controls, a printer.
 """
 
 import re
@@ -52,6 +53,13 @@ def blocks_of(text):
     return [(members, "\n".join(lines).strip("\n").split("\n")) for members, lines in blocks]
 
 
+def preamble_of(text):
+    """The lines before the first block."""
+    lines = text.split("\n")
+    first = next((i for i, line in enumerate(lines) if HEAD.fullmatch(line)), len(lines))
+    return lines[:first]
+
+
 def all_blocks(folder):
     """[(file, members, lines)] of every file of a folder, in order of their names."""
     return [
@@ -70,10 +78,10 @@ def expected_of(lines):
     return [match[1].rstrip() for line in lines if (match := RESULT.search(line))]
 
 
-def program_of(blocks):
+def program_of(blocks, preamble=()):
     """A script that runs the blocks, each with variables of its own, and prints every value shown
     behind the number of its block."""
-    parts = [PRELUDE]
+    parts = [PRELUDE, *preamble]
     for number, lines in enumerate(blocks):
         at = next((i for i, line in enumerate(lines) if DEFINITION.match(line)), len(lines))
         parts += [f"Sub QvExample{number}()", *lines[:at], "End Sub", *lines[at:]]
