@@ -223,6 +223,11 @@ def run_windows(totals, bits, pattern, word):
     for script in sorted((REPOSITORY / "tests/peers/server").glob("*.sh")):
         if not word or word in script.name:
             run_script(totals, f"{bits} peers/{script.name}", f"bash {script} {bits} 2>&1")
+    if not word or word in "soak":
+        run_googletest(totals, f"{bits} soak", f"run_wine {bits} {program}/soak_tests.exe 2>&1")
+        run_script(
+            totals, f"{bits} killed writers", f"python3 -B tests/soak/kill_writers.py {bits} 4 2>&1"
+        )
     # On a display of this machine; the 32-bit Wine lives in a root of its own.
     for script in sorted((REPOSITORY / "tests/ui").glob("*.sh")) if bits == "x64" else ():
         if not word or word in script.name:
