@@ -2,7 +2,7 @@
 
 The description is MIDL with two additions in comments: `///` lines document what follows (a line
 `Name: text` documents an argument or the result), and `// @key value` lines tell where a member is
-implemented. This reader knows the subset of MIDL that the description uses and refuses the rest.
+implemented and how it fails. This reader knows the subset of MIDL that the description uses and refuses the rest.
 """
 
 import re
@@ -21,6 +21,14 @@ class Doc:
         """All of it as one help string."""
         parts = [self.summary] + [f"{name}: {text}" for name, text in self.arguments.items()]
         return " ".join(part for part in parts if part)
+
+
+@dataclass
+class Failure:
+    number: str  # a number, or a word such as "any" for any run-time error
+    text: str  # the description where it is the library's own, else empty
+    way: str  # raised, recorded (in the error state) or returned
+    cause: str
 
 
 @dataclass
@@ -45,6 +53,8 @@ class Operation:
     namespace: str = ""
     is_field: bool = False
     on_instance: bool = False
+    failures: list = field(default_factory=list)
+    sources: list = field(default_factory=list)  # what failures leave in the error record
 
     def implementation_name(self):
         """The name of the C++ function behind the operation."""
@@ -196,6 +206,13 @@ def assign_dispids(operations):
         operation.dispid = by_name[key]
 
 
+def parse_failure(text):
+    match = re.fullmatch(r'(\S+)(?: "(.*)")? (raised|recorded|returned): (.+)', text)
+    if not match:
+        raise DescriptionError(f"failure not understood: {text}")
+    return Failure(match[1], match[2] or "", match[3], match[4])
+
+
 class Reader:
     """Statements of the description, each with the comments before it."""
 
@@ -204,6 +221,7 @@ class Reader:
         self.position = 0
         self.doc = Doc()
         self.marks = {}
+        self.failures = []
 
     def take_doc(self):
         doc, self.doc = self.doc, Doc()
@@ -221,7 +239,9 @@ class Reader:
                 self.doc.summary = f"{self.doc.summary} {text}".strip()
         else:
             mark = re.match(r"// @(\w+)\s*(.*)", line)
-            if mark:
+            if mark and mark[1] == "error":
+                self.failures.append(parse_failure(mark[2]))
+            elif mark:
                 self.marks[mark[1]] = mark[2].strip()
 
     def statements(self):
@@ -292,6 +312,8 @@ def parse_interface(reader, name, iid, doc, is_events):
         operation.header, operation.namespace = module
         operation.is_field = operation.name == field_name
         operation.on_instance = reader.marks.pop("instance", None) is not None
+        operation.failures, reader.failures = reader.failures, []
+        operation.sources = [s for s in reader.marks.pop("source", "").split(" | ") if s]
         interface.operations.append(operation)
     assign_dispids(interface.operations)
     return interface

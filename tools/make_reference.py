@@ -22,7 +22,8 @@ def site():
     families = tomllib.loads((DOCS / "reference/families.toml").read_text("utf-8"))["family"]
     library = interface_model.read(REPOSITORY / "idl/QvRtLibOle.idl")
     kinds = {kind: articles(kind) for kind in ("guide", "formats")}
-    return Site(library, families, all_blocks(DOCS / "examples"), kinds)
+    errors = (REPOSITORY / "src/automation/run_time_error.cpp").read_text("ascii")
+    return Site(library, families, all_blocks(DOCS / "examples"), kinds, errors)
 
 
 def main(output):

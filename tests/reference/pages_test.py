@@ -60,6 +60,45 @@ class Pages(unittest.TestCase):
             missing += [f"{record.name}.{name}" for _, name, text in record.fields if not text]
         self.assertEqual(missing, [])
 
+    def test_every_failure_tells_its_number_text_way_and_source(self):
+        without_source, unknown, untold = [], [], []
+        for name, members in self.site.members.items():
+            for operation in (o for member in members for o in member.operations):
+                where = f"{name}.{operation.name}"
+                if any(f.way == "recorded" for f in operation.failures) and not operation.sources:
+                    without_source.append(where)
+                for failure in operation.failures:
+                    number = failure.number
+                    if number.isdigit() and int(number) < 20000 and not failure.text:
+                        unknown += [] if number in self.site.run_time_texts else [f"{where} {number}"]
+                told = re.search(r"raises? run-time error|error state (?:then )?holds", operation.doc.text())
+                if told and not operation.failures:
+                    untold.append(where)
+        self.assertEqual(unknown, [])
+        self.assertEqual(untold, [])
+        # Their record has no Source of the library's own.
+        self.assertEqual([w for w in without_source if not w.startswith("KwRtLib.GetInfo")], [])
+
+    def test_sources_are_those_that_the_code_records(self):
+        literal = re.compile(r'L"((?:QvRtLibOle)?\.?(?:KwRtLib(?:Mod)?|modNamedPipes|kwPipeData|Module)\b[^"\\]*'
+                             r'|QvRtLibOle\.KwRtLibMod\w+|(?:Qvt(?:BloomFilter|FileInfo|Notify)|QvPropertyBag)\.\w+)"')
+        coded = {
+            found
+            for path in (REPOSITORY / "src").rglob("*.cpp")
+            for found in literal.findall(path.read_text("utf-8"))
+        }
+        told = {
+            source
+            for members in self.site.members.values()
+            for member in members
+            for operation in member.operations
+            for source in operation.sources
+        }
+        untold = {c for c in coded if not any(c in source for source in told)}
+        # Made where records of several users are kept, which no member reaches.
+        self.assertEqual(untold, {"QvRtLibOle.KwRtLibMod.Error_New, 0"})
+        self.assertEqual({t for t in told if not any(c in t for c in coded)}, set())
+
     def test_every_link_has_its_page_and_its_place(self):
         parsed = {path: Links(text) for path, text in self.pages.items() if path.endswith(".html")}
         dead = []

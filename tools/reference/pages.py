@@ -6,8 +6,9 @@ import re
 
 import markdown
 
-from .vb_text import argument_text, errors_of, signature, type_name
+from .vb_text import argument_text, failure_texts, run_time_errors, signature, type_name
 
+MOST_LINKS = 10
 KINDS = {"propget": "property", "propput": "property", "propputref": "property", "event": "event"}
 
 
@@ -56,16 +57,19 @@ def members_of(library):
 
 
 class Site:
-    def __init__(self, library, families, examples, articles):
+    def __init__(self, library, families, examples, articles, error_table):
         """families: [{id, title, text, modules}]; examples: [(file, members, lines)];
-        articles: {"guide" or "formats": {name: Markdown text}}."""
+        articles: {"guide" or "formats": {name: Markdown text}}; error_table: the source of the
+        server's texts of run-time errors."""
+        self.run_time_texts = run_time_errors(error_table)
         self.library, self.families, self.articles = library, families, articles
         self.members = members_of(library)
-        self.examples = {}
+        self.examples, self.companions = {}, {}
         for _, names, lines in examples:
-            for name in names:
-                key = name if "." in name or name in self.members else f"KwRtLib.{name}"
+            keys = [n if "." in n or n in self.members else f"KwRtLib.{n}" for n in names]
+            for key in keys:
                 self.examples.setdefault(key, []).append(lines)
+                self.companions.setdefault(key, []).extend(k for k in keys if k != key)
         self.family_of = {m: f for f in families for m in f["modules"]}
         self.targets = {m.name: m.path for m in self.members["KwRtLib"]}
         self.targets |= {c.name: f"{c.name}/index.html" for c in library.classes}
@@ -137,18 +141,23 @@ class Site:
                 return f"<h2>Result</h2><p><code>{shown}</code>: {text}</p>"
         return ""
 
-    def error_table(self, operations):
-        numbers, sources = {}, set()
-        for operation in operations:
-            known, named = errors_of(operation.doc)
-            numbers |= dict(known)
-            sources |= set(named)
-        if not numbers and not sources:
+    def error_table(self, operations, page):
+        failures = [f for o in operations for f in o.failures]
+        sources = dict.fromkeys(s for o in operations for s in o.sources)
+        if not failures and not sources:
             return ""
-        rows = "".join(f"<tr><td>{n}</td><td>{escape(t)}</td></tr>\n" for n, t in numbers.items())
-        text = "<h2>Errors</h2>" + (f"<table>{rows}</table>" if rows else "")
+        rows = []
+        for failure in failures:
+            number, text = failure_texts(failure, self.run_time_texts)
+            cause = self.linked(failure.cause, page)
+            rows.append(
+                f"<tr><td>{escape(number)}</td><td>{escape(text)}</td>"
+                f"<td>{failure.way}</td><td>{cause}</td></tr>\n"
+            )
+        head = "<tr><th>Number</th><th>Description</th><th>How</th><th>When</th></tr>\n"
+        text = "<h2>Errors</h2>" + (f"<table>{head}{''.join(rows)}</table>" if rows else "")
         if sources:
-            listed = ", ".join(f"<code>{escape(source)}</code>" for source in sorted(sources))
+            listed = ", ".join(f"<code>{escape(source)}</code>" for source in sources)
             text += f"<p>Source in the error record: {listed}</p>"
         return text
 
@@ -160,7 +169,18 @@ class Site:
             "<pre>" + self.linked("\n".join(lines).replace("'->", "' ->"), page) + "</pre>"
             for lines in blocks
         )
-        return f"<h2>Example</h2>{shown}"
+        note = "<p><small>Show prints a value; behind ' -> stands what comes out.</small></p>"
+        return f"<h2>Example</h2>{shown}{note}"
+
+    def see_also(self, member, siblings):
+        """Members of the same example, then those that stand near."""
+        by_key = {f"{m.class_name}.{m.name}": m for ms in self.members.values() for m in ms}
+        found = [by_key[k] for k in self.companions.get(f"{member.class_name}.{member.name}", ()) if k in by_key]
+        at = siblings.index(member)
+        found += siblings[max(0, at - 3) : at] + siblings[at + 1 : at + 4]
+        names = {m.path: m.name if m.class_name == member.class_name else f"{m.class_name}.{m.name}" for m in found}
+        links = ", ".join(f'<a href="../{path}">{name}</a>' for path, name in list(names.items())[:MOST_LINKS])
+        return f"<h2>See also</h2><p>{links}</p>" if links else ""
 
     def member_page(self, member, siblings, crumbs):
         page = member.path
@@ -170,10 +190,6 @@ class Site:
             f"<p>{self.linked(text, page, own)}</p>"
             for text in dict.fromkeys(o.doc.summary for o in member.operations)
         )
-        names = [m.name for m in siblings]
-        at = names.index(member.name)
-        near = [m for m in siblings[max(0, at - 4) : at + 5] if m is not member]
-        see = ", ".join(f'<a href="../{m.path}">{m.name}</a>' for m in near)
         key = f"{member.class_name}.{member.name}"
         self.page(
             page,
@@ -182,9 +198,9 @@ class Site:
             + remarks
             + self.argument_table(member.operations, page)
             + self.result_text(member.operations, page)
-            + self.error_table(member.operations)
+            + self.error_table(member.operations, page)
             + self.example_text(key, page)
-            + (f"<h2>See also</h2><p>{see}</p>" if see else ""),
+            + self.see_also(member, siblings),
             crumbs,
         )
         if member.context is not None:

@@ -1,5 +1,6 @@
 """How the interface looks to a Visual Basic developer."""
 
+import html
 import re
 
 TYPES = {
@@ -17,44 +18,25 @@ TYPES = {
     "IUnknown*": "Object",
 }
 
-# The language's own texts of the run-time errors that the library raises or records.
-RUN_TIME_ERRORS = {
-    5: "Invalid procedure call or argument",
-    6: "Overflow",
-    7: "Out of memory",
-    9: "Subscript out of range",
-    11: "Division by zero",
-    13: "Type mismatch",
-    52: "Bad file name or number",
-    53: "File not found",
-    55: "File already open",
-    57: "Device I/O error",
-    58: "File already exists",
-    61: "Disk full",
-    62: "Input past end of file",
-    67: "Too many files",
-    68: "Device unavailable",
-    70: "Permission denied",
-    71: "Disk not ready",
-    74: "Can't rename with different drive",
-    75: "Path/File access error",
-    76: "Path not found",
-    91: "Object variable or With block variable not set",
-    94: "Invalid use of Null",
-    429: "ActiveX component can't create object",
-    438: "Object doesn't support this property or method",
-    445: "Object doesn't support this action",
-    449: "Argument not optional",
-    450: "Wrong number of arguments or invalid property assignment",
-    457: "This key is already associated with an element of this collection",
-    20000: "General error of the library, or the system's text",
-    20001: "The file is of a later version, or the filter could not be loaded",
-    20002: "The check value does not agree",
-    20003: "The temporary file can't be made",
-    20004: "The folder structure can't be made",
-    20005: "The data can't be compressed",
-    20010: "Cancelled by the user",
+# Words that stand for numbers in the descriptions of failures.
+NUMBER_WORDS = {
+    "any": ("any", "the run-time error's own text"),
+    "opener's": ("the opener's", ""),
+    "20000+code": ("20000 and the service's code", ""),
+    "-1": ("-1", "Application-defined or object-defined error"),
 }
+
+
+def run_time_errors(table):
+    """{number: text} of the language's run-time errors, from the server's own table."""
+    return {n: text for n, text in re.findall(r'^ +\{(\d+), L"([^"]*)"\},$', table, re.M)}
+
+
+def failure_texts(failure, run_time_texts):
+    """(number, description) of a failure as the page shows them."""
+    number, text = NUMBER_WORDS.get(failure.number, (failure.number, ""))
+    own = html.unescape(failure.text)
+    return number, own or text or run_time_texts.get(number, "Application-defined or object-defined error")
 
 
 def type_name(name):
@@ -104,16 +86,3 @@ def signature(library, operation):
     if operation.result:
         text += f" As {type_name(operation.result.type)[0]}"
     return text
-
-
-def errors_of(doc):
-    """The run-time errors ([(number, text)]) and Sources that a documentation text names."""
-    text = doc.text()
-    numbers = set()
-    for sentence in re.split(r"(?<=[.;]) ", text):
-        if re.search(r"\berrors?\b|raises?\b|\bholds\b", sentence):
-            numbers |= {int(n) for n in re.findall(r"(?<![\w.-])\d+\b(?!\.\d)", sentence)}
-    known = [(n, RUN_TIME_ERRORS[n]) for n in sorted(numbers) if n in RUN_TIME_ERRORS]
-    sources = re.findall(r'(?:Source|Source grow by|added) "([^"]+)"', text)
-    sources += re.findall(r'"(\.\w+|KwRtLibMod\.?\w+)"', text)
-    return known, sorted(set(sources))
