@@ -11,7 +11,7 @@
 #include "runtime/err.h"
 #include "runtime/file_errors.h"
 #include "runtime/system_name.h"
-#include "text/codecs.h"
+#include "text/value_images.h"
 
 namespace qv::files {
 namespace {
@@ -31,48 +31,9 @@ DWORD disposition(Long flags) {
   return (flags & File_Open_Const::O_CREAT) != 0 ? CREATE_NEW : OPEN_EXISTING;
 }
 
-// Bytes of a value's image; run-time error 13 for a type that has none.
 DWORD image_bytes(const Variant& value) {
-  switch (value.type()) {
-    case VT_UI1:
-      return 1;
-    case VT_I2:
-    case VT_BOOL:
-      return 2;
-    case VT_I4:
-    case VT_R4:
-      return 4;
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-      return 8;
-    case VT_BSTR:
-      return static_cast<DWORD>(value.text_view().size());
-    default:
-      raise(kTypeMismatch);
-  }
-}
-
-Variant value_of(Text image, VARTYPE type) {
-  switch (type) {
-    case VT_UI1:
-      return Variant(image).to_byte();
-    case VT_I2:
-    case VT_BOOL:
-      return text::Str_2_Int(image);
-    case VT_I4:
-      return text::Str_2_Long(image);
-    case VT_R4:
-      return text::Str_2_Single(image);
-    case VT_R8:
-      return text::Str_2_Double(image);
-    case VT_CY:
-      return text::Str_2_Currency(image);
-    case VT_DATE:
-      return text::Str_2_Date(image);
-    default:
-      return image;
-  }
+  return static_cast<DWORD>(value.is_text() ? value.text_view().size()
+                                            : text::image_width(value.type()));
 }
 
 template <class Value>
@@ -153,7 +114,7 @@ Integer File_Read32(Long Handle, Variant& Buffer) {
     capture_last_dll_error();
     if (!success) return Integer{True};
     if (done_bytes < wanted_bytes) raise(kInputPastEnd);
-    Buffer.assign(value_of(text_of_bytes({bytes.get(), wanted_bytes}), type));
+    Buffer.assign(text::value_of_image(text_of_bytes({bytes.get(), wanted_bytes}), type));
     return Integer{False};
   });
 }

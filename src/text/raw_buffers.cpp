@@ -8,34 +8,13 @@
 
 #include "automation/bytes.h"
 #include "frame/error_state.h"
-#include "text/codecs.h"
+#include "text/value_images.h"
 
 namespace qv::text {
 namespace {
 
 constexpr std::int64_t kGrowth_characters = 16384;
 constexpr Long kPrefix_characters = 4;
-
-// How many characters the image of a type takes; run-time error 13 for a type without an image.
-// Texts tell their own width.
-Long fixed_width(VARTYPE type) {
-  switch (type) {
-    case VT_UI1:
-      return 1;
-    case VT_I2:
-    case VT_BOOL:
-      return 2;
-    case VT_I4:
-    case VT_R4:
-      return 4;
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-      return 8;
-    default:
-      raise(kTypeMismatch);
-  }
-}
 
 // One character beyond the end of the content always exists, so the test is strict.
 void make_room(Text& buffer, Long offset, std::int64_t width) {
@@ -71,35 +50,13 @@ void put_value(wchar_t* target, const Variant& value) {
   }
 }
 
-Variant value_of(Text image, VARTYPE type) {
-  switch (type) {
-    case VT_UI1:
-      return Variant(image).to_byte();
-    case VT_I2:
-    case VT_BOOL:
-      return Str_2_Int(image);
-    case VT_I4:
-      return Str_2_Long(image);
-    case VT_R4:
-      return Str_2_Single(image);
-    case VT_R8:
-      return Str_2_Double(image);
-    case VT_CY:
-      return Str_2_Currency(image);
-    case VT_DATE:
-      return Str_2_Date(image);
-    default:
-      return image;
-  }
-}
-
 }  // namespace
 
 Boolean Buffer_Put(Text& Buffer, Long& Offset, const Variant& InVal, Boolean StringPrefix) {
   return frame::handled(L"KwRtLibMod.Buffer_Put", frame::kTakeError, True, [&] {
     const bool is_text = InVal.is_text();
     const auto width =
-        is_text ? static_cast<Long>(InVal.text_view().size()) : fixed_width(InVal.type());
+        is_text ? static_cast<Long>(InVal.text_view().size()) : image_width(InVal.type());
     const Long prefix = is_text && StringPrefix ? kPrefix_characters : 0;
     make_room(Buffer, Offset, std::int64_t{prefix} + width);
     if (Offset < 1) raise(kInvalidProcedureCall);
@@ -129,7 +86,7 @@ Boolean Buffer_Get(Text& Buffer, Long& Offset, Variant& RetVal, Boolean StringPr
       width = length.to_long();
     } else {
       width = type == VT_BSTR ? static_cast<std::int64_t>(RetVal.text_view().size())
-                              : fixed_width(type);
+                              : image_width(type);
     }
     if (Offset == 0 || Offset + width > std::int64_t{Buffer.length()} + 1) {
       raise(kSubscriptOutOfRange);
@@ -138,7 +95,7 @@ Boolean Buffer_Get(Text& Buffer, Long& Offset, Variant& RetVal, Boolean StringPr
     const auto start = static_cast<std::size_t>(Offset - 1);
     Text image(Buffer.view().substr(start, static_cast<std::size_t>(width)));
     Offset += static_cast<Long>(width);
-    RetVal.assign(value_of(std::move(image), type));
+    RetVal.assign(value_of_image(std::move(image), type));
     return False;
   });
 }
