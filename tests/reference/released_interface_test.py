@@ -47,6 +47,35 @@ class ReleasedInterface(unittest.TestCase):
 
         self.assertEqual(len(self.broken(change)), 1)
 
+    def test_a_new_constant_at_the_end_is_allowed(self):
+        key = "enumeration DispError_Const"
+        self.assertEqual(self.broken(lambda p: p[key].append("DE_NEW = 32")), [])
+
+    def test_an_argument_more_is_refused(self):
+        def change(present):
+            present[self.members][0] = present[self.members][0].replace("()", "(in optional long n)")
+
+        self.assertEqual(len(self.broken(change)), 1)
+
+    def test_another_dispatch_id_is_refused(self):
+        def change(present):
+            present[self.members][0] = present[self.members][0].replace("1 method", "2 method", 1)
+
+        self.assertEqual(len(self.broken(change)), 1)
+
+    def test_another_type_of_a_field_is_refused(self):
+        def change(present):
+            key = next(k for k in present if k.startswith("record BFILTER"))
+            present[key][0] = present[key][0].replace("long Bits", "short Bits")
+
+        self.assertEqual(len(self.broken(change)), 1)
+
+    def test_events_that_go_are_refused(self):
+        def change(present):
+            present.pop(next(k for k in present if k.startswith("interface __ZipFile ")))
+
+        self.assertEqual(len(self.broken(change)), 1)
+
     def test_a_constant_that_changes_is_refused(self):
         def change(present):
             present["enumeration DispError_Const"][0] = "DE_NOSHOW = 2"
