@@ -71,25 +71,37 @@ class Site:
                 self.examples.setdefault(key, []).append(lines)
                 self.companions.setdefault(key, []).extend(k for k in keys if k != key)
         self.family_of = {m: f for f in families for m in f["modules"]}
-        self.targets = {m.name: m.path for m in self.members["KwRtLib"]}
+        self.targets = {m.name: m.path for m in self.members["KwRtLib"] + self.members["QvRtLib"]}
+        of_classes = [m for name, ms in self.members.items() if name != "KwRtLib" for m in ms]
+        self.own_paths = {m.path for m in of_classes}
+        self.member_names = {m.name for m in of_classes}
         self.targets |= {c.name: f"{c.name}/index.html" for c in library.classes}
         for enumeration in library.enumerations:
             self.targets[enumeration.name] = f"constants.html#{enumeration.name}"
             self.targets |= {n: f"constants.html#{n}" for n, _, _ in enumeration.values}
         self.contexts, self.pages = {}, {}
 
+    def target_of(self, word, page, is_member):
+        """The page of a name; is_member: it stands behind a dot."""
+        own = f"{page.split('/')[0]}/{word}.html"
+        if own in self.own_paths and (is_member or re.search(r"_|[a-z][A-Z]", word)):
+            return own
+        if is_member and word in self.member_names:
+            return None
+        return self.targets.get(word)
+
     def linked(self, text, page, own=()):
         """Escaped text with every name of the library as a link; own: names left as they are."""
         up = "../" * page.count("/")
 
         def link(match):
-            word = match[0]
-            target = self.targets.get(word)
+            word = match[2]
+            target = self.target_of(word, page, match[1] == ".")
             if target is None or target == page or word in own:
-                return word
-            return f'<a href="{up}{target}">{word}</a>'
+                return match[0]
+            return f'{match[1]}<a href="{up}{target}">{word}</a>'
 
-        return re.sub(r"\b[A-Za-z][A-Za-z0-9]*(?:_\w+)*\b", link, escape(text))
+        return re.sub(r"(\.?)\b([A-Za-z][A-Za-z0-9]*(?:_\w+)*)\b", link, escape(text))
 
     def page(self, path, title, body, crumbs=()):
         up = "../" * path.count("/")
@@ -155,7 +167,7 @@ class Site:
                 f"<td>{failure.way}</td><td>{cause}</td></tr>\n"
             )
         head = "<tr><th>Number</th><th>Description</th><th>How</th><th>When</th></tr>\n"
-        text = "<h2>Errors</h2>" + (f"<table>{head}{''.join(rows)}</table>" if rows else "")
+        text = "<h2>Errors</h2>" + (f"<table class=errors>{head}{''.join(rows)}</table>" if rows else "")
         if sources:
             listed = ", ".join(f"<code>{escape(source)}</code>" for source in sources)
             text += f"<p>Source in the error record: {listed}</p>"
@@ -290,7 +302,7 @@ class Site:
         self.page(
             "index.html",
             "Reference",
-            f"<h1>QvRtLib reference</h1><p>{escape(self.library.doc.summary)}. Type a name or a word above, "
+            f"<h1>QvRtLib reference</h1><p>{escape(self.library.doc.text())}. Type a name or a word above, "
             "or choose.</p>"
             f"<h2>Guides</h2><ul>{listed(guides)}</ul>"
             f"<h2>Functions by family</h2><ul class=columns>{listed(families)}</ul>"
