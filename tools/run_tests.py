@@ -123,14 +123,16 @@ def run_asan(totals, pattern):
     folder = BUILD / "native-asan/tests"
     run_googletest(totals, "asan", f"cd {BUILD}/native-asan && tests/native/native_tests --gtest_filter='{pattern}'", 1800)
     run_script(totals, "asan qvarc", "python3 -B tests/peers/qvarc_checks.py native-asan 2>&1")
+    (BUILD / "fuzz").mkdir(exist_ok=True)
+    prepare("tar xf tests/fuzz/found.tar.xz -C $build/fuzz")
     for fuzzer in sorted((folder / "fuzz").glob("*_fuzz")):
         corpus = REPOSITORY / "tests/fuzz/corpus" / fuzzer.name.removesuffix("_fuzz")
-        work = BUILD / "fuzz" / fuzzer.name
-        work.mkdir(parents=True, exist_ok=True)
+        work = BUILD / "fuzz" / corpus.name
+        work.mkdir(exist_ok=True)
         seeds = str(corpus) if corpus.is_dir() else ""
         code, output = captured(
             f"{fuzzer} -max_total_time={FUZZ_SECONDS} -rss_limit_mb=2048 -timeout=20 "
-            f"-artifact_prefix={work}/ {work} {seeds} 2>&1",
+            f"-artifact_prefix={work}- {work} {seeds} 2>&1",
             FUZZ_SECONDS + 60,
         )
         totals.add(int(code == 0), int(code != 0))
