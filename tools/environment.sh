@@ -11,7 +11,7 @@ inside32=/qvrt/$(printf %s "$repository" | cksum | cut -d' ' -f1)
 
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev llvm-14 python3 git ccache xz-utils
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine wine64 libwine-dev
-  googletest libgtest-dev debootstrap xvfb xauth xdotool ca-certificates
+  googletest libgtest-dev debootstrap xvfb xauth xdotool imagemagick ca-certificates
   python3-markdown python3-selenium wixl msitools faketime chromium chromium-driver fonts-liberation fonts-wine dynamite libstorm-dev
   cabextract gcab)
 
