@@ -1,6 +1,6 @@
 ' A form with the controls of the examples.
 Dim Form1, Text1, RichText1, List1, List2, Combo1, Check1, Toolbar1, Label1
-Set Form1 = Desk.Control("Static", 0)
+Set Form1 = Desk.Form
 Set Label1 = Desk.Control("Static", 0)
 Label1.Define "BackColor", 255
 Label1.Define "ForeColor", 65280

@@ -10,19 +10,21 @@ namespace {
 
 enum Member : DISPID {
   kControl = 1,
+  kForm,
   kSend,
   kTextBy,
   kPlace,
   kFormSize,
   kDevice,
+  kFill,
   kCanvas,
   kPixel,
   kPrintQueue,
   kPrinted
 };
-constexpr const wchar_t* kNames[] = {L"Control",     L"Send",   L"Text_By", L"Place",
-                                     L"Form_Size",   L"Device", L"Canvas",  L"Pixel",
-                                     L"Print_Queue", L"Printed"};
+constexpr const wchar_t* kNames[] = {L"Control", L"Form",      L"Send",        L"Text_By",
+                                     L"Place",   L"Form_Size", L"Device",      L"Fill",
+                                     L"Canvas",  L"Pixel",     L"Print_Queue", L"Printed"};
 
 const VARIANT& inner(const VARIANT& value) {
   return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
@@ -76,8 +78,16 @@ LONG make_canvas(LONG width, LONG height) {
   return handle_of(canvas);
 }
 
+HDC device_of(LONG handle) { return reinterpret_cast<HDC>(static_cast<LONG_PTR>(handle)); }
+
 LONG pixel_of(LONG canvas, LONG x, LONG y) {
-  return static_cast<LONG>(GetPixel(reinterpret_cast<HDC>(static_cast<LONG_PTR>(canvas)), x, y));
+  return static_cast<LONG>(GetPixel(device_of(canvas), x, y));
+}
+
+void fill(HDC device, const RECT& area, LONG colour) {
+  const HBRUSH brush = CreateSolidBrush(static_cast<COLORREF>(colour));
+  FillRect(device, &area, brush);
+  DeleteObject(brush);
 }
 
 }  // namespace
@@ -121,6 +131,10 @@ HRESULT DeskObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
           create_window(text_of(argument(0)), static_cast<DWORD>(long_of(argument(1))), parent));
       break;
     }
+    case kForm:
+      answer.vt = VT_DISPATCH;
+      answer.pdispVal = new FormControl(form_window());
+      break;
     case kSend:
       give_number(send(window_of(argument(0)), static_cast<UINT>(long_of(argument(1))),
                        long_of(argument(2)), argument(3)));
@@ -139,6 +153,11 @@ HRESULT DeskObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
       break;
     case kDevice:
       give_number(handle_of(GetDC(window_of(argument(0)))));
+      break;
+    case kFill:
+      fill(device_of(long_of(argument(0))),
+           {long_of(argument(1)), long_of(argument(2)), long_of(argument(3)), long_of(argument(4))},
+           long_of(argument(5)));
       break;
     case kCanvas:
       give_number(make_canvas(long_of(argument(0)), long_of(argument(1))));

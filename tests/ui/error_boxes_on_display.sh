@@ -2,23 +2,7 @@
 # Error boxes as a person meets them: on a display, with keys and a mouse. Prints a line a check and
 # at last "done". Arguments: the folder of the Windows programs, the prefix to start from.
 set -u
-programs=$1
-prefix=$2
-work=$(mktemp -d)
-jobs_started=()
-trap 'wineserver -k; kill "${jobs_started[@]}" 2> /dev/null; rm -rf "$work"' EXIT
-
-export WINEPREFIX=$work/prefix WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml= HOME=/tmp
-cp -a "$prefix" "$WINEPREFIX"
-mkfifo "$work/display"
-Xvfb -displayfd 5 -screen 0 800x600x24 -nolisten tcp 5> "$work/display" > /dev/null 2>&1 &
-jobs_started+=($!)
-read -r display < "$work/display"
-export DISPLAY=:$display
-# The prefix of the other tests has no display.
-wine reg delete 'HKCU\Software\Wine\Drivers' /v Graphics /f > /dev/null 2>&1
-wineserver -k
-wineserver -w
+. "$(dirname "$0")/support/display.sh"
 
 timeout 120 wine "$programs/script_host.exe" tests/ui/error_boxes.vbs > "$work/out" 2>&1 &
 jobs_started+=($!)
