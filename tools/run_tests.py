@@ -122,7 +122,9 @@ def run_asan(totals, pattern):
     prepare("build_preset native-asan")
     folder = BUILD / "native-asan/tests"
     run_googletest(totals, "asan", f"cd {BUILD}/native-asan && tests/native/native_tests --gtest_filter='{pattern}'", 1800)
-    run_script(totals, "asan qvarc", "python3 -B tests/peers/qvarc_checks.py native-asan 2>&1")
+    for checks in sorted((REPOSITORY / "tests/peers").glob("*_checks.py")):
+        program = checks.stem.removesuffix("_checks")
+        run_script(totals, f"asan {program}", f"python3 -B {checks} native-asan 2>&1")
     (BUILD / "fuzz").mkdir(exist_ok=True)
     prepare("tar xf tests/fuzz/found.tar.xz -C $build/fuzz")
     for fuzzer in sorted((folder / "fuzz").glob("*_fuzz")):

@@ -1,8 +1,10 @@
 #include <cstdlib>
 #include <string>
 
+#include "console/program.h"
 #include "native/bags/directory.h"
 #include "native/bags/stored_bag.h"
+#include "qvbag/shown_bag.h"
 
 namespace {
 
@@ -28,11 +30,29 @@ void go_through(const std::uint8_t* data, std::size_t size, const BagParts& part
   if (names_characters > directory.size()) std::abort();
 }
 
+// What the command-line program says stays within bounds that the file's size sets.
+void show_all(const std::uint8_t* data, std::size_t size) {
+  using namespace qv::qvbag;
+  std::size_t said = 0;
+  const auto count = [&](std::string_view text) { said += text.size(); };
+  try {
+    const Bag bag(std::vector<std::uint8_t>(data, data + size));
+    const Selection all(bag, {});
+    show(bag, all, count);
+    show_json(bag, all, count);
+    tell_errors(bag, all, count);
+  } catch (const qv::console::Failure&) {
+    return;
+  }
+  if (said > 1000 + 200 * size) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const SpanSource source({data, size});
   go_through(data, size, find_bag_1(source));
   go_through(data, size, find_bag_2(source));
+  show_all(data, size);
   return 0;
 }
