@@ -258,6 +258,21 @@ TEST_F(ControlHelpers, ShowFloating_of_a_form_without_a_window_raises_438_and_No
   EXPECT_EQ(global->ShowFloating(&nothing, 1), error_result(91));
 }
 
+TEST_F(ControlHelpers, A_window_that_is_gone_is_no_failure) {
+  Control gone{L"Static", 0};
+  gone.form().define(L"Alignment", Value(0));
+  DestroyWindow(gone.window());
+  VARIANT_BOOL flag = VARIANT_TRUE;
+  EXPECT_EQ(global->BC_SetReadOnly(gone.object(), &flag), S_OK);
+  EXPECT_EQ(global->ShowFloating(gone.object(), 1), S_OK);
+  EXPECT_EQ(global->ShowFloating(gone.object(), 0), S_OK);
+  VARIANT_BOOL failed = VARIANT_TRUE;
+  EXPECT_EQ(global->ToolBarFlat(gone.object(), &flag, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_FALSE);
+  EXPECT_EQ(gone.form().refreshes(), 1);
+  EXPECT_EQ(error_number(), 0);
+}
+
 std::vector<UINT> beeps;
 BOOL WINAPI take_beep(UINT sound) {
   beeps.push_back(sound);

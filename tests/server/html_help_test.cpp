@@ -199,6 +199,23 @@ TEST_F(HtmlHelp, passes_a_text_as_its_address) {
   object_ = Pointer<_KwRtLib>();
 }
 
+TEST_F(HtmlHelp, takes_the_kind_of_the_data_from_a_variable) {
+  HelpControl control;
+  object_ = create_global();
+  String text(L"argomento");
+  Value data;
+  data.vt = VT_BYREF | VT_BSTR;
+  data.pbstrVal = &text;
+  EXPECT_FALSE(show(L"a.chm", 2, L"", L"", data));
+  EXPECT_EQ(shown(control).text, "argomento");
+  SHORT number = 42;
+  data.vt = VT_BYREF | VT_I2;
+  data.piVal = &number;
+  EXPECT_FALSE(show(L"a.chm", 15, L"", L"", data));
+  EXPECT_EQ(shown(control).data, 42u);
+  object_ = Pointer<_KwRtLib>();
+}
+
 TEST_F(HtmlHelp, with_data_that_are_no_number_is_a_failure) {
   HelpControl control;
   object_ = create_global();

@@ -174,6 +174,16 @@ TEST_F(TextDrawing, Text_Justify_with_a_negative_indent_raises_5_and_changes_not
   EXPECT_EQ(buffer, L"one two");
 }
 
+TEST_F(TextDrawing, Text_Justify_on_what_is_no_device_context_takes_the_whole_text) {
+  // Nothing can be measured, so nothing is too wide.
+  String buffer(L"one two three");
+  EXPECT_EQ(justify(buffer, 1, 1, 3), L"\u00a0one two three");
+  EXPECT_EQ(buffer, L"");
+  String none(L"one two");
+  EXPECT_EQ(justify(none, 1, 0, -1), L"");
+  EXPECT_EQ(none, L"ne two");
+}
+
 TEST_F(TextDrawing, Text_Justify_of_a_text_past_an_Integer_raises_6_and_changes_nothing) {
   String buffer(std::wstring(32767, L'x'));
   LONG device = 0;
