@@ -45,6 +45,17 @@ Check "and closing recorded no error", Error_Number(), CLng(0)
 Check "a closed pipe can't be written", NPServerWrite(pipes(1), room), True
 Check "since its handle is invalid", Error_Description(), "WriteFile: 6"
 Reset_Error
+Check "no handle has nothing to read", NPServerRead(CLng(0), room), CLng(PR_NODATA)
+Check "nor has a foreign one", NPServerRead(CLng(-1), room), CLng(PR_NODATA)
+Check "without an error", Error_Number(), CLng(0)
+Check "no handle can be written", NPServerWrite(CLng(0), room), True
+CheckRecord "which is an error", 20000, kModule & "NPServerWrite, 0"
+Check "Nothing is no request", NPClientRequest(kName, Nothing), CLng(PR_ERROR)
+CheckRecord "but an error of the packing", 91, kModule & "PackRequest, 0 < " & kModule & "NPClientRequest, 0"
+Check "Nothing is no room", NPServerRead(CLng(0), Nothing), CLng(PR_ERROR)
+CheckRecord "but an error of the packing", 91, kModule & "PackRequest, 0 < " & kModule & "NPServerRead, 0"
+Check "Nothing is no answer", NPServerWrite(CLng(0), Nothing), True
+CheckRecord "but an error of the packing", 91, kModule & "PackRequest, 0 < " & kModule & "NPServerWrite, 0"
 
 ' A client that connected before NPServerRead.
 pipe = NPServerOpen(kName)
@@ -117,6 +128,25 @@ peer = Host.Start("companion.exe raw-server " & kName & " 05000000+00*8+A0860100
 Check "one that tells 100000 is taken", Asked(kName, "abc"), CLng(PR_NEWDATA)
 Check "with zeros for what is missing", Len(request.ReqData), CLng(100000)
 Check "behind what is there", Left(request.ReqData, 4), "ab" & Chr(0) & Chr(0)
+
+' Cut, huge and overlong answers.
+peer = Host.Start("companion.exe raw-server " & kName & " 0500")
+Check "a cut answer is taken", Asked(kName, "abc"), CLng(PR_NEWDATA)
+Check "with zeros for what is missing", request.ReqId & " " & CDbl(request.ReqDate) & " " & Len(request.ReqData), "5 0 0"
+peer = Host.Start("companion.exe raw-server " & kName & " 05000000+00*8+FFFFFF7F+61*100000")
+Check "the greatest length fails", Asked(kName, "abc"), CLng(PR_ERROR)
+CheckRecord "for no request holds it", 20000, kModule & "UnpackRequest, 0 < " & kModule & "NPClientRequest, 0"
+peer = Host.Start("companion.exe raw-server " & kName & " 05000000+00*8+A0860100+61*100001")
+Check "a byte behind 100000 is passed over", Asked(kName, "abc"), CLng(PR_NEWDATA)
+Check "and the rest arrives", request.ReqData, String(100000, "a")
+peer = Host.Start("companion.exe raw-server " & kName & " 05000000+00*8+A0860100+61*100002")
+Check "an answer of 100018 bytes is too long", Asked(kName, "abc"), CLng(PR_ERROR)
+Check "for the system", Error_Description(), "CallNamedPipe: 234"
+Reset_Error
+Check "and nothing is replaced", request.ReqId & request.ReqData, "-2abc"
+peer = Host.Start("companion.exe raw-server " & kName & " 00*16")
+Check "a request of 100000 characters is sent", Asked(kName, String(100000, "x")), CLng(PR_NEWDATA)
+Check "whole", Len(Host.Output(peer)), CLng(200033)
 
 ' Between processes, by the library on both sides.
 peer = Host.Start("script_host.exe tests\scripts\support\checks.vbs tests\scripts\peers\pipe_server.vbs")

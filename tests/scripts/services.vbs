@@ -3,6 +3,7 @@
 Const kInstall = "QvRtLibOle.KwRtLibMod.ServiceInstall, 0"
 Const kUninstall = "QvRtLibOle.KwRtLibMod.ServiceUninstall, 0"
 Const kUserCreate = "QvRtLibOle.KwRtLibMod.UserCreate, 0"
+Const kProvider = "Software\Classes\LDAP\CLSID"
 Const kName = "QvRtScript", kKey = "SYSTEM\CurrentControlSet\Services\"
 Dim files, folder, value, calls, user, root
 
@@ -70,9 +71,13 @@ Host.Directory_Begin
 Check "an entry without a value fails", UserCreate("server", "rossi", "segreto", , "Mail"), True
 CheckRecord "by an invalid argument", 5, kUserCreate
 Check "with the account made", Host.Directory_End, calls
-Check "without a directory no account is made", UserCreate("server", "rossi", "segreto"), True
-Check "which is an error", Error_Number() <> 0, True
-Check "of the function", Error_Source(), kUserCreate
+Reset_Error
+RegistryRead kProvider, "", value
+RegistryDeleteKey kProvider
+Check "without a provider no account is made", UserCreate("server", "rossi", "segreto"), True
+RegistryWrite kProvider, "", value
+Check "which is an error of the system", Error_Number() < 0, True
+Check "in the function", Error_Source(), kUserCreate
 Finish
 
 ' The arguments of each call of the installer.

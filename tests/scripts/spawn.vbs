@@ -69,6 +69,22 @@ files.CreateTextFile(document, True).Close
 Check "a document without an application fails", Spawn(document), True
 Check "for want of one", Right(Error_Description(), 28), "Nessuna associazione valida."
 CheckRecord "as error 20000 too", 20000, "KwRtLibMod.Spawn"
+Check "a missing folder fails", Spawn(folder & "missing\missing.exe"), True
+Check "as a missing file", Reason(), "File non trovato."
+Check "a path that can't be one fails", Spawn(folder & "a|b?.exe", , , , True), True
+Check "as a missing file too", Reason(), "File non trovato."
+Check "a scheme that nobody knows fails", Spawn("qvnone://x"), True
+Check "for want of an association", Reason(), "Nessuna associazione valida."
+files.CreateTextFile(folder & "none.exe", True).Close
+Check "a file that is no program fails", Spawn(folder & "none.exe"), True
+Check "with the shell's code", Left(Reason(), 18), "Errore di shell #1"
+Check "and the system's", Error_LastDLLError(), CLng(193)
+Check "no name at all fails", Spawn(""), True
+Check "with the shell's code too", Left(Reason(), 17), "Errore di shell #"
+CheckRecord "as error 20000", 20000, "KwRtLibMod.Spawn"
+Check "a state that is no number fails", Spawn(recorder, "", "", "big"), True
+Check "with the reason of the language", Reason(), "Type mismatch"
+CheckRecord "and its number", 13, "KwRtLibMod.Spawn"
 Check "Null is no folder", Spawn(recorder, "", Null), True
 CheckRecord "but an error", 94, "KwRtLibMod.Spawn"
 
@@ -107,6 +123,10 @@ Check "which is waited for", Error_LastDLLError(), CLng(6)
 Check "and is told the document", Recorded("arguments"), "open """ & document & """ exit=6"
 Check "another verb is another command", Spawn(document, , , , , , , , , "prova"), False
 Check "of its own", Recorded("arguments"), "prova"
+Register "qvscript.document\shell\open\command", """" & folder & "gone.exe"" ""%1"""
+Check "a document whose application is gone fails", Spawn(document), True
+Check "as a missing file", Reason(), "File non trovato."
+Register "qvscript.document\shell\open\command", """" & recorder & """ open ""%1"" exit=6"
 Register "qvscript.document\shell\open\ddeexec", "[open(%1)]"
 Register "qvscript.document\shell\open\ddeexec\application", "QVRTSCRIPT"
 Register "qvscript.document\shell\open\ddeexec\topic", "System"
@@ -147,6 +167,11 @@ Function Recorded(key)
   text = files.OpenTextFile(folder & "recorder.log").ReadAll
   at = InStrRev(text, key & "=") + Len(key) + 1
   Recorded = Mid(text, at, InStr(at, text, vbLf) - at)
+End Function
+
+' What follows the name in the description of a failure.
+Function Reason()
+  Reason = Mid(Error_Description(), InStr(Error_Description(), vbCrLf) + 2)
 End Function
 
 Sub Register(key, text)

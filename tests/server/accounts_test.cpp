@@ -1,4 +1,6 @@
-// UserCreate, with a stand-in for the directory, and LogEvent.
+// UserCreate, with a stand-in for the directory, and LogEvent. The provider of the system that the
+// tests run on binds to a directory server but can't make objects in it, so that no real server
+// would do.
 #include <string>
 #include <vector>
 
@@ -149,14 +151,21 @@ TEST_F(UserAccounts, a_path_that_leads_nowhere_is_a_failure) {
   }
 }
 
-// The provider of the system that the tests run on can't make an object.
-TEST_F(UserAccounts, without_a_directory_no_account_is_made) {
+TEST_F(UserAccounts, without_a_provider_no_account_is_made) {
+  const NoDirectory none;
   EXPECT_TRUE(create_user());
-  EXPECT_NE(error_number(), 0);
-  String source;
-  global_->Error_Source(&source);
-  EXPECT_EQ(source, L"QvRtLibOle.KwRtLibMod.UserCreate, 0");
+  EXPECT_LT(error_number(), 0) << "the system's own number";
+  expect_error(error_number(), L"Application-defined or object-defined error");
 }
+
+// The 32-bit system of the tests starts a process for its provider, which would outlive the test.
+#ifdef _WIN64
+TEST_F(UserAccounts, a_server_that_does_not_answer_is_a_failure) {
+  constexpr LONG kServerDown = static_cast<LONG>(0x8007203A);
+  EXPECT_TRUE(create_user());
+  expect_error(kServerDown, L"Application-defined or object-defined error");
+}
+#endif
 
 class EventLog : public testing::Test {
  protected:

@@ -1,6 +1,6 @@
-// A stand-in for the directory: while it lives, the paths "LDAP:..." and "WinNT:..." lead to its
-// objects, which keep what is done to them. The system of the tests has a provider for the first
-// that can't make objects, and none for the second.
+// A stand-in for the directory, whose objects are late bound: while it lives, the paths "LDAP:..."
+// and "WinNT:..." lead to its objects, which keep what is done to them. The system of the tests has
+// a provider for the first that can't make objects, and none for the second.
 #pragma once
 
 #include <windows.h>
@@ -8,6 +8,7 @@
 #include <objbase.h>
 #include <oleauto.h>
 
+#include <cwchar>
 #include <memory>
 #include <string>
 #include <vector>
@@ -160,6 +161,26 @@ class DirectoryProvider {
   Parser parser_;
   DWORD registration_ = 0;
   std::wstring before_[std::size(kKeys)];
+};
+
+// A system without any provider for "LDAP:...", as long as this lives.
+class NoDirectory {
+ public:
+  NoDirectory() {
+    DWORD bytes = sizeof class_;
+    RegGetValueW(HKEY_CLASSES_ROOT, kKey, nullptr, RRF_RT_REG_SZ, nullptr, class_, &bytes);
+    RegDeleteKeyW(HKEY_CLASSES_ROOT, kKey);
+  }
+  NoDirectory(const NoDirectory&) = delete;
+  NoDirectory& operator=(const NoDirectory&) = delete;
+  ~NoDirectory() {
+    RegSetKeyValueW(HKEY_CLASSES_ROOT, kKey, nullptr, REG_SZ, class_,
+                    static_cast<DWORD>((wcslen(class_) + 1) * sizeof(wchar_t)));
+  }
+
+ private:
+  static constexpr const wchar_t* kKey = L"LDAP\\CLSID";
+  wchar_t class_[64] = L"";
 };
 
 }  // namespace qv::tests

@@ -175,6 +175,65 @@ TEST_F(PasswordText, two_fields_alone_are_refused) {
   expect_record(9, L"PasswordDecrypt", L"Subscript out of range");
 }
 
+TEST_F(PasswordText, damaged_fields_are_refused_each_for_its_reason) {
+  const struct {
+    const wchar_t* text;
+    LONG number;
+    const wchar_t* description;
+  } kDamaged[] = {
+      {L"-", 9, L"Subscript out of range"},
+      {L"FF5EB9-", 9, L"Subscript out of range"},
+      {L"-AE", 9, L"Subscript out of range"},
+      {L"--", 20000, L"cryptcode"},
+      {L"FF5EB9-AE-", 20000, L"cryptcode"},
+      {L"FF5EB9--B30AE94C218166C4BA", 20000, L"cryptcode"},
+      {L"-AE-B30AE94C218166C4BA", 20000, L"cryptcode"},
+      {L"-FF5EB9-AE-B30AE94C218166C4BA", 20000, L"cryptcode"},
+      {L"FF5EB9-AE-B30AE94C218166C4", 20000, L"cryptcode"},
+      {L"FF5EB9-AE-0000000000000000", 20000, L"cryptcode"},
+      {L"FF5EB9-AE-GG", 13, L"Type mismatch"},
+      {L"GG5EB9-AE-B30AE94C218166C4BA", 20000, L"cryptcode"},
+  };
+  for (const auto& damaged : kDamaged) {
+    String text(damaged.text);
+    EXPECT_TRUE(decrypt(text)) << damaged.text;
+    EXPECT_EQ(text.view(), damaged.text);
+    expect_record(damaged.number, L"PasswordDecrypt", damaged.description);
+  }
+}
+
+// The check value is a number: what follows its digits does not count.
+TEST_F(PasswordText, further_characters_of_the_check_value_that_are_no_digits_are_passed_over) {
+  String plain(L"abc");
+  ASSERT_FALSE(crypt_ex(plain, 7));
+  String text(std::wstring(plain.view()) + L"00");
+  EXPECT_FALSE(decrypt(text));
+  EXPECT_EQ(text.view(), L"abc");
+}
+
+TEST_F(PasswordText, least_start_code_is_a_random_one) {
+  String password(L"abc");
+  LONG code = -2147483647L - 1;
+  VARIANT_BOOL failed = VARIANT_TRUE;
+  EXPECT_EQ(global_->PasswordCryptEx(&password, &code, &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_FALSE);
+  EXPECT_EQ(code, -2147483647L - 1) << "the variable stays";
+  EXPECT_FALSE(decrypt(password));
+  EXPECT_EQ(password.view(), L"abc");
+}
+
+TEST_F(PasswordText, a_long_password_of_any_bytes_comes_back) {
+  std::wstring bytes;
+  for (int i = 0; i < 100000; ++i) bytes += static_cast<wchar_t>(i % 128);
+  for (const LONG code : {0, 45, 300}) {
+    String password(bytes);
+    ASSERT_FALSE(crypt_ex(password, code));
+    EXPECT_EQ(password.view().find(L'-'), 200000U);
+    ASSERT_FALSE(decrypt(password));
+    EXPECT_EQ(password.view(), bytes);
+  }
+}
+
 TEST_F(PasswordText, start_code_above_32767_fails_and_empties_the_password) {
   String password(L"abc");
   EXPECT_TRUE(crypt_ex(password, 32768));

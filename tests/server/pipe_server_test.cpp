@@ -2,7 +2,9 @@
 // speak the raw pipe.
 #include <aclapi.h>
 
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "server/box_presser.h"
 #include "server/pipe_fixture.h"
@@ -428,6 +430,22 @@ TEST_F(PipeServer, a_pipe_outlives_the_thread_that_opened_it) {
   EXPECT_FALSE(write(pipe, make_request()));
   EXPECT_FALSE(close(pipe)) << "this thread has not opened it";
   EXPECT_TRUE(CloseHandle(handle_of(pipe)));
+}
+
+TEST_F(PipeServer, ten_clients_talk_to_ten_instances_at_once) {
+  constexpr std::size_t kInstances = 10;
+  std::vector<LONG> pipes;
+  std::vector<std::unique_ptr<RawPipeClient>> clients;
+  for (std::size_t i = 0; i < kInstances; ++i) pipes.push_back(open_with_door_closed());
+  for (const LONG pipe : pipes) {
+    clients.push_back(std::make_unique<RawPipeClient>(pipe_name(), packet(1, 0, "")));
+    ASSERT_EQ(read(pipe), kNewData);
+  }
+  for (std::size_t i = kInstances; i-- > 0;) {
+    EXPECT_FALSE(write(pipes[i], make_request(0, 0, std::wstring(i, L'x'))));
+    clients[i]->finish();
+    EXPECT_EQ(clients[i]->answer(), packet(0, 0, std::string(i, 'x')).substr(1));
+  }
 }
 
 TEST_F(PipeServer, instances_of_a_name_have_clients_of_their_own) {

@@ -137,8 +137,9 @@ class Spawn : public testing::Test {
   }
   // A program can't be deleted while it runs.
   void wait_for_end() const {
-    for (int tries = 0; tries < 2000 && DeleteFileW(recorder().c_str()) == FALSE; ++tries)
-      Sleep(10);
+    for (int tries = 0; tries < 2000 && folder_.exists(L"recorder.exe"); ++tries) {
+      if (DeleteFileW(recorder().c_str()) == FALSE) Sleep(10);
+    }
   }
 
   LONG error_number() {
