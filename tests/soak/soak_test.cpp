@@ -207,7 +207,7 @@ std::size_t handle_count() {
 
 struct Usage {
   std::size_t handles = 0;
-  SIZE_T heap_bytes = 0;
+  std::size_t heap_bytes = 0;
 };
 
 Usage usage() {
