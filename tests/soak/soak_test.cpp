@@ -263,11 +263,11 @@ TEST(Soak, two_apartments_leave_memory_and_handles_as_they_were) {
   second.join();
 
   EXPECT_EQ(left, "");
-  EXPECT_GT(rounds, 2);
-  EXPECT_LE(after.handles, before.handles);
+  // The run time and the system make a few things when they first meet a need, a lock that is
+  // waited for say; a leak a round does not stop at that.
+  EXPECT_GT(rounds, 20);
   EXPECT_GT(before.handles, 0U);
-  // The C and the C++ run time and the system's caches breathe a little; a leak a round does not
-  // stop at that.
+  EXPECT_LT(after.handles, before.handles + 10);
   EXPECT_LT(after.heap_bytes, before.heap_bytes + (128U << 10));
   std::printf("%ld rounds, %zu handles, heap %zu to %zu bytes\n", rounds.load(), after.handles,
               before.heap_bytes, after.heap_bytes);
