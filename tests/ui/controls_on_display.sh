@@ -11,16 +11,19 @@ rm -f "$pictures"/*.png
 QVRT_PICTURES="Z:$(realpath "$pictures" | tr / '\\')"
 export QVRT_PICTURES
 
-# picture NAME COLOURS: takes it; a display that shows something has more than one colour.
+# picture NAME COLOURS: takes it as soon as it has that many colours at least; 1: nothing shows.
 picture() {
-  local name=$1 least=$2 colours=
-  import -display "$DISPLAY" -window root "$work/$name.png"
-  colours=$(identify -format %k "$work/$name.png")
-  if [ "$least" = 1 ] && [ "$colours" = 1 ] || [ "$least" != 1 ] && [ "$colours" -ge "$least" ]; then
-    echo "ok picture $name"
-  else
-    echo "FAILED picture $name: $colours colours"
-  fi
+  local name=$1 least=$2 colours= result="FAILED picture $1"
+  for _ in $(seq 50); do
+    import -display "$DISPLAY" -window root "$work/$name.png"
+    colours=$(identify -format %k "$work/$name.png")
+    if [ "$least" = 1 ] && [ "$colours" = 1 ] || [ "$least" != 1 ] && [ "$colours" -ge "$least" ]; then
+      result="ok picture $name"
+      break
+    fi
+    sleep 0.2
+  done
+  echo "$result"
   # The script waits for it.
   mv "$work/$name.png" "$pictures/"
 }
