@@ -7,16 +7,19 @@
 
 #include "frame/error_state.h"
 #include "runtime/err.h"
+#include "runtime/system_name.h"
 
 namespace qv::config {
 namespace {
 
 constexpr std::size_t kBufferLength = 8192;
 
+// As the profile services take it: of a longer name some make another file.
 Text file_of(const Object<_QVtIniStruct>& Ini) {
+  constexpr const wchar_t* kNothingOpensThis = L"\\\\.\\";
   BSTR name = nullptr;
   check(Ini->get_IniFile(&name));
-  return Text::adopt(name);
+  return limited_name(Text::adopt(name)).value_or(kNothingOpensThis);
 }
 
 // The text as a narrow service receives it: what the code page has no character for is replaced.

@@ -66,17 +66,10 @@ Text Get_SysPath() { return folder_from(&GetSystemDirectoryW); }
 Text Get_ShortPathName(const Text& Path) {
   constexpr const wchar_t* kSource = L"KwRtLibMod.Get_ShortPathName";
   return frame::handled(kSource, frame::kAppendSystemText, Text(), [&] {
-    const Text name = system_name(Path);
-    const DWORD size = GetShortPathNameW(name.c_str(), nullptr, 0);
-    capture_last_dll_error();
-    if (size == 0) {
-      frame::Set_Error({.Number = frame::kFirstApplicationError, .Source = kSource},
-                       frame::kAppendSystemText);
-      return Text();
-    }
-    Text path = Text::uninitialized(size - 1);
-    path.cut(GetShortPathNameW(name.c_str(), path.data(), size));
-    return common_name(path);
+    if (auto path = short_name(Path)) return *std::move(path);
+    frame::Set_Error({.Number = frame::kFirstApplicationError, .Source = kSource},
+                     frame::kAppendSystemText);
+    return Text();
   });
 }
 

@@ -1,6 +1,7 @@
 #include "runtime/system_name.h"
 
 #include "runtime/characters.h"
+#include "runtime/err.h"
 
 namespace qv {
 namespace {
@@ -48,6 +49,31 @@ Text system_name(std::wstring_view name) {
   if (path.starts_with(kPrefix) || path.starts_with(kDevicePrefix)) return full;
   if (path.starts_with(L"\\\\")) return concat({kServerPrefix, path.substr(2)});
   return concat({kPrefix, path});
+}
+
+std::optional<Text> short_name(std::wstring_view name) {
+  const Text full = system_name(name);
+  const DWORD size = GetShortPathNameW(full.c_str(), nullptr, 0);
+  capture_last_dll_error();
+  if (size == 0) return std::nullopt;
+  Text path = Text::uninitialized(size - 1);
+  path.cut(GetShortPathNameW(full.c_str(), path.data(), size));
+  return common_name(path);
+}
+
+std::optional<Text> limited_name(std::wstring_view name) {
+  const Text full = system_name(name);
+  const bool has_folder = name.find_first_of(L"\\/") != std::wstring_view::npos;
+  const bool is_long = full.view().starts_with(kPrefix) && full.size() >= MAX_PATH;
+  if (!has_folder || !is_long) return Text(name);
+  // What is yet to be made has no short name, but its folder has.
+  auto path = short_name(full);
+  if (!path) {
+    const std::size_t length = full.view().rfind(L'\\') + 1;
+    path = short_name(full.view().substr(0, length));
+    if (path) *path = concat({*path, full.view().substr(length)});
+  }
+  return path && path->size() < MAX_PATH ? path : std::nullopt;
 }
 
 Text common_name(std::wstring_view name) {

@@ -1,5 +1,5 @@
 ' Settings in INI files, late bound: on files that the library writes and on files written by hand.
-Dim fso, folder, ini, copy, lines, values, file, text, i, nothing_at_all
+Dim fso, folder, ini, copy, lines, values, file, text, i, nothing_at_all, long_folder
 
 Set fso = CreateObject("Scripting.FileSystemObject")
 folder = fso.GetSpecialFolder(2) & "\" & fso.GetTempName
@@ -154,6 +154,23 @@ Ini_DeletePar "s", "k", nothing_at_all
 CheckError "Ini_DeletePar of Nothing", 91, ""
 On Error GoTo 0
 CheckRecord "an operation without a handler tells nothing", 0, ""
+
+' Names beyond the services' limit
+long_folder = folder
+For i = 1 To 6
+  long_folder = long_folder & "\" & String(50, "a")
+Next
+Path_Create long_folder
+ini.IniFile = long_folder & "\a.ini"
+Check "a file of a long name that is not there", Ini_Get("s", "k", "none", ini), "none"
+Ini_Put "s", "k", "x", ini
+Check "a value in it", Ini_Get("s", "k", "none", ini), "x"
+Check "it lies where it should", File_Verify(ini.IniFile), CInt(True)
+ini.IniFile = long_folder & "\no folder\a.ini"
+Ini_Put "s", "k", "x", ini
+Check "a long name in a folder that is not there", Ini_Get("s", "k", "none", ini), "none"
+CheckRecord "is not told", 0, ""
+Check "the long folder goes", Path_Kill(folder & "\" & String(50, "a")), CInt(0)
 
 fso.DeleteFolder folder
 Finish

@@ -223,6 +223,47 @@ TEST_F(IniStore, a_list_of_names_that_is_too_long_is_cut) {
   EXPECT_TRUE(names.starts_with(L"key_1000\0key_1001\0"s));
 }
 
+std::size_t files_in_current_folder() {
+  std::size_t count = 0;
+  WIN32_FIND_DATAW found;
+  const HANDLE search = FindFirstFileW(L"*", &found);
+  if (search == INVALID_HANDLE_VALUE) return count;
+  do ++count;
+  while (FindNextFileW(search, &found) != FALSE);
+  FindClose(search);
+  return count;
+}
+
+TEST_F(IniStore, a_file_of_a_name_past_the_common_limit_is_written_and_read) {
+  std::wstring folder;
+  for (int i = 0; i < 6; ++i) {
+    folder += std::wstring(50, L'a') + L"\\";
+    CreateDirectoryW((L"\\\\?\\" + folder_.file(folder)).c_str(), nullptr);
+  }
+  const std::size_t files = files_in_current_folder();
+  use(folder + L"a.ini");
+  EXPECT_EQ(text(L"s", L"k"), L"none");
+  EXPECT_EQ(put(L"s", L"k", L"first"), S_OK);
+  EXPECT_EQ(put(L"s", L"k", L"second"), S_OK);
+  EXPECT_EQ(text(L"s", L"k"), L"second");
+  EXPECT_EQ(lines(L"s"), Texts{L"k=second"});
+  const std::wstring whole = L"\\\\?\\" + folder_.file(folder) + L"a.ini";
+  EXPECT_NE(GetFileAttributesW(whole.c_str()), INVALID_FILE_ATTRIBUTES);
+  use(folder + L"no folder\\a.ini");
+  EXPECT_EQ(put(L"s", L"k", L"x"), S_OK);
+  EXPECT_EQ(text(L"s", L"k"), L"none");
+  EXPECT_EQ(lines(L"s"), Texts{});
+  // Long as it is given and short as it is meant.
+  std::wstring detour;
+  for (int i = 0; i < 100; ++i) detour += L".\\";
+  use(detour + L"b.ini");
+  EXPECT_EQ(put(L"s", L"k", L"x"), S_OK);
+  EXPECT_EQ(text(L"s", L"k"), L"x");
+  EXPECT_TRUE(folder_.exists(L"b.ini"));
+  EXPECT_EQ(files_in_current_folder(), files);
+  expect_no_error();
+}
+
 TEST_F(IniStore, Ini_Get_clears_the_error_state_first) {
   String name(L"Z:\\no such file");
   LONG number = 0;
