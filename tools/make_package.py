@@ -16,7 +16,9 @@ from pathlib import Path
 
 import interface_model
 import make_reference
-from write_installer import Package
+from write_header import client_header
+from write_installer import Package, stable_guid
+from write_manifest import braces
 
 REPOSITORY = Path(__file__).resolve().parent.parent
 BUILD, DIST = REPOSITORY / "build", REPOSITORY / "dist"
@@ -25,7 +27,6 @@ FIXED_TIME = (2026, 1, 1, 0, 0, 0)
 FIXED_TIME_S = calendar.timegm(FIXED_TIME)
 # For tools that write the time into what they make.
 FIXED_CLOCK = ("env", "TZ=UTC0", "faketime", "-f", "2026-01-01 00:00:00")
-IDL_INCLUDES = ("/usr/include/wine/wine/windows", "/usr/include/wine/windows")
 
 
 def run(*command, **options):
@@ -37,7 +38,7 @@ def split_library(bits, library, symbols):
     tool = f"{TRIPLETS[bits]}-objcopy"
     built = BUILD / bits / "QvRtLibOle.dll"
     run(*FIXED_CLOCK, tool, "--only-keep-debug", built, symbols)
-    run(*FIXED_CLOCK, tool, "--strip-debug", f"--add-gnu-debuglink={symbols}", built, library)
+    run(*FIXED_CLOCK, tool, "--strip-all", f"--add-gnu-debuglink={symbols}", built, library)
 
 
 def copy_documents(folder):
@@ -45,14 +46,6 @@ def copy_documents(folder):
         shutil.copy(REPOSITORY / name, folder)
     shutil.copytree(REPOSITORY / "examples", folder / "examples")
     make_reference.main(folder / "reference")
-
-
-def write_header(folder):
-    """The interfaces for C++ clients."""
-    includes = [f"-I{path}" for path in IDL_INCLUDES if Path(path).is_dir()]
-    generated = BUILD / "x64/src/generated/QvRtLibOle.idl"
-    run(f"{TRIPLETS['x64']}-widl", "-m64", *includes, "-h", "-o", folder / "QvRtLibOle.h", generated,
-        stderr=subprocess.DEVNULL)
 
 
 def zip_folder(folder, archive):
@@ -69,11 +62,25 @@ def fix_times(folder):
         os.utime(path, (FIXED_TIME_S, FIXED_TIME_S))
 
 
-def fix_package_code(installer, code):
-    """wixl makes up the package code, whatever its source says; it is plain text in the file."""
+def fix_package_code(installer):
+    """wixl makes up the package code, which is plain text in the file; equal contents shall have an
+    equal one, and others another."""
     listed = subprocess.run(["msiinfo", "suminfo", installer], check=True, capture_output=True, text=True)
-    made_up = re.search(r"\{[-0-9A-F]{36}\}", listed.stdout)[0]
-    installer.write_bytes(installer.read_bytes().replace(made_up.encode(), code.encode()))
+    made_up = re.search(r"\{[-0-9A-F]{36}\}", listed.stdout)[0].encode()
+    data = installer.read_bytes()
+    contents = hashlib.sha256(data.replace(made_up, b"")).hexdigest()
+    code = braces(stable_guid("package", installer.name, contents))
+    installer.write_bytes(data.replace(made_up, code.encode()))
+
+
+def make_installer(package, files, folder):
+    """Makes the installer of what a folder holds; gives its path."""
+    target = folder / f"QvRtLib-{package.version}-{package.bits}-{package.scope}.msi"
+    source = files.parent / f"{target.stem}.wxs"
+    source.write_text(package.text(files), "utf-8")
+    run(*FIXED_CLOCK, "wixl", "--arch", package.bits, "-o", target, source)
+    fix_package_code(target)
+    return target
 
 
 def make_installers(library, version, portable, work):
@@ -83,12 +90,7 @@ def make_installers(library, version, portable, work):
         copy_documents(files)
         fix_times(files)
         for scope in ("user", "machine"):
-            source = work / f"{bits}-{scope}.wxs"
-            package = Package(library, version, bits, scope)
-            source.write_text(package.text(files), "utf-8")
-            target = DIST / f"QvRtLib-{version}-{bits}-{scope}.msi"
-            run(*FIXED_CLOCK, "wixl", "--arch", bits, "-o", target, source)
-            fix_package_code(target, package.code())
+            make_installer(Package(library, version, bits, scope), files, DIST)
 
 
 def main(version):
@@ -102,9 +104,10 @@ def main(version):
             folder.mkdir(parents=True)
         split_library(bits, portable / bits / "QvRtLibOle.dll", symbols / bits / "QvRtLibOle.debug")
         shutil.copy(BUILD / bits / "QvRtLib.manifest", portable / bits)
-    shutil.copy(BUILD / "x64/src/QvRtLibOle.tlb", portable)
+        # The layout of records differs, so each bitness has a type library of its own.
+        shutil.copy(BUILD / bits / "src/QvRtLibOle.tlb", portable / bits)
     (portable / "include").mkdir()
-    write_header(portable / "include")
+    (portable / "include/QvRtLibOle.h").write_text(client_header(library), "ascii")
     copy_documents(portable)
     for script in (REPOSITORY / "packaging").glob("*.cmd"):
         shutil.copy(script, portable)

@@ -99,10 +99,6 @@ class Package:
     def guid(self, *names):
         return stable_guid(self.bits, self.scope, *names)
 
-    def code(self):
-        """The package code, which tells one built package from another."""
-        return braces(self.guid("package", self.version))
-
     def component(self, identifier, content):
         """Files of one user are counted by a registry value, since several users may have them."""
         mark = (
@@ -159,8 +155,9 @@ class Package:
 <Wix xmlns="http://schemas.microsoft.com/wix/2006/wi">
 <Product Id="{self.guid("product", self.version)}" UpgradeCode="{self.guid("upgrade")}"
  Name="QvRtLib ({self.bits})" Version="{self.version}" Language="1033" Manufacturer="QvRtLib">
-<Package Id="{self.code()}" InstallerVersion="500" Compressed="yes"
+<Package InstallerVersion="500" Compressed="yes"
  InstallScope="{scope}" Description="QvRtLib {self.version}"/>
+<MajorUpgrade DowngradeErrorMessage="A later version of QvRtLib is installed."/>
 <Media Id="1" Cabinet="files.cab" EmbedCab="yes"/>
 <Directory Id="TARGETDIR" Name="SourceDir">{open_folders}
 <Directory Id="INSTALLDIR" Name="QvRtLib {self.bits}">
