@@ -257,9 +257,21 @@ class Site:
             )
             self.contexts[number * 1000] = path
 
+    @staticmethod
+    def jumps(title, names):
+        listed = "".join(f'<li><a href="#{name}">{name}</a></li>' for name in names)
+        return f"<details><summary>{title}</summary><ul class=columns>{listed}</ul></details>"
+
     def make_constants(self):
-        parts = ["<h1>Constants</h1>"]
-        for enumeration in sorted(self.library.enumerations, key=lambda e: e.name.lower()):
+        enumerations = sorted(self.library.enumerations, key=lambda e: e.name.lower())
+        constants = sorted({n for e in enumerations for n, _, _ in e.values}, key=str.lower)
+        parts = [
+            "<h1>Constants</h1><p>The constants of each enumeration; those of "
+            '<a href="QvRtLib/index.html">QvRtLib</a> are properties of a global object.</p>',
+            self.jumps("Enumerations", [e.name for e in enumerations]),
+            self.jumps("All constants by name", constants),
+        ]
+        for enumeration in enumerations:
             rows = "".join(
                 f'<tr id="{name}"><td><code>{name}</code></td><td class=number>{value}</td>'
                 f"<td>{self.linked(text, 'constants.html', (name,))}</td></tr>\n"
