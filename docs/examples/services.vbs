@@ -1,4 +1,4 @@
-' == kwPipeData.ReqId, kwPipeData.ReqDate, kwPipeData.ReqData, kwPipeData.AppendData, kwPipeData.MaxPacketSize
+' == kwPipeData, kwPipeData.ReqId, kwPipeData.ReqDate, kwPipeData.ReqData, kwPipeData.AppendData, kwPipeData.MaxPacketSize
 ' A request holds a number, a date and up to 100000 characters.
 Dim request
 Set request = CreateObject("QvRtLibOle.kwPipeData")

@@ -126,6 +126,11 @@ class Pages(unittest.TestCase):
         for context in contexts:
             self.assertIn(self.site.contexts[context], self.pages)
 
+    def test_every_member_and_class_has_an_example(self):
+        keys = [f"{c}.{m.name}" for c, members in self.site.members.items() for m in members]
+        keys += list(self.site.members)
+        self.assertEqual([key for key in keys if key not in self.site.examples], [])
+
     def test_examples_name_members_that_exist(self):
         known = {f"{c}.{m.name}" for c, members in self.site.members.items() for m in members}
         known |= set(self.site.members)
