@@ -8,7 +8,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <limits>
+#include <functional>
+#include <map>
 #include <string>
 
 #include "archive/cabinet_files.h"
@@ -85,6 +86,7 @@ class SetWriter {
     cabinet_.setID = static_cast<USHORT>(GetTickCount());
     fill(cabinet_.szCabPath, utf8_of(folder));
     fill(cabinet_.szCab, utf8_of(name));
+    cabinets_.emplace(utf8_of(folder) + utf8_of(name), false);
     writer_ = FCICreate(
         &failure_, [](PCCAB, char*, LONG, BOOL, void*) { return 0; }, allocate, release, open, read,
         write, close, seek, remove, temporary_name, &cabinet_, this);
@@ -96,7 +98,9 @@ class SetWriter {
   ~SetWriter() {
     if (writer_ != nullptr) FCIDestroy(writer_);
     if (is_done_) return;
-    for (const std::string& path : made_) DeleteFileW(system_name(text_of_utf8(path)).c_str());
+    for (const auto& [path, is_made] : cabinets_) {
+      if (is_made) DeleteFileW(system_name(text_of_utf8(path)).c_str());
+    }
   }
 
   void add(const Text& file) {
@@ -130,7 +134,8 @@ class SetWriter {
     if (file == cabinet_files::kNoFile) {
       *error = static_cast<int>(GetLastError());
     } else if ((flags & _O_CREAT) != 0) {
-      self(writer).note_made(name);
+      const auto cabinet = self(writer).cabinets_.find(name);
+      if (cabinet != self(writer).cabinets_.end()) cabinet->second = true;
     }
     return file;
   }
@@ -166,7 +171,9 @@ class SetWriter {
   }
   static BOOL DIAMONDAPI next_cabinet(PCCAB cabinet, ULONG, void* writer) {
     try {
-      fill(cabinet->szCab, utf8_of(numbered(self(writer).name_, ++self(writer).count_)));
+      const std::string name = utf8_of(numbered(self(writer).name_, ++self(writer).count_));
+      fill(cabinet->szCab, name);
+      self(writer).cabinets_.emplace(utf8_of(self(writer).folder_) + name, false);
       return TRUE;
     } catch (...) {
       return FALSE;
@@ -196,24 +203,13 @@ class SetWriter {
     return file;
   }
 
-  void note_made(const char* path) noexcept {
-    try {
-      const std::string folder = utf8_of(folder_);
-      for (Long i = 1; i <= count_; ++i) {
-        if (folder + utf8_of(numbered(name_, i)) == path) made_.emplace_back(path);
-      }
-    } catch (...) {
-      return;  // a cabinet that can't be noted is left behind after a failure
-    }
-  }
-
   const Text& folder_;
   const Text& name_;
   ERF failure_{};
   CCAB cabinet_{};  // the service may go on using the caller's own
   HFCI writer_ = nullptr;
   Long count_ = 1;
-  std::vector<std::string> made_;
+  std::map<std::string, bool, std::less<>> cabinets_;  // the path of each, and whether it was made
   bool has_utf8_name_ = false;
   bool is_done_ = false;
 };

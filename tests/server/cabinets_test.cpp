@@ -275,6 +275,23 @@ TEST_F(Cabinets, sets_of_any_files_and_sizes_come_back) {
   }
 }
 
+TEST_F(Cabinets, small_cabinets_make_long_sets_and_too_small_ones_are_refused) {
+  make_file(L"c", noise_bytes(5000));
+  String files(list_of({L"c"}));
+  LONG count = 0;
+  ASSERT_FALSE(create_set(files, 150, &count));
+  EXPECT_GT(count, 30);
+  ASSERT_FALSE(extract(L""));
+  EXPECT_EQ(contents(L"out\\c"), noise_bytes(5000));
+  for (const LONG size : {1, 30, 60}) {
+    std::filesystem::remove_all(path(L"cabs"));
+    make_folder(L"cabs");
+    EXPECT_TRUE(create_set(files, size)) << size;
+    EXPECT_EQ(names_in(L"cabs"), Names{}) << size;
+    global_->Reset_Error();
+  }
+}
+
 TEST_F(Cabinets, missing_cabinet_of_a_set_is_told) {
   make_file(L"big", noise_bytes(120000));
   String files(list_of({L"big"}));
