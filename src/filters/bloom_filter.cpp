@@ -15,6 +15,7 @@
 #include "native/zlog/bit_algebra.h"
 #include "native/zlog/bit_walk.h"
 #include "native/zlog/records.h"
+#include "runtime/err.h"
 
 namespace qv::filters {
 namespace {
@@ -67,20 +68,19 @@ Boolean QvtBloomFilter::Init(Long Bits) {
 
 Boolean QvtBloomFilter::Load(Text& FileName) {
   constexpr const wchar_t* kSource = L"QvtBloomFilter.Load";
-  bool sound = true;
-  const Boolean failed =
-      with_file(FileName, O_RDONLY + O_BINARY, SH_DENYWR, kSource, [&](HANDLE file) {
-        auto map = load_image(file);
-        sound = map.has_value();
-        if (!sound) return true;
-        const BFILTER before = record_;
-        adopt(record_, std::move(*map));
-        release(before);
-        return false;
-      });
-  // An image that can't be read has no error number of its own.
-  if (!sound) frame::Set_Error({.Source = kSource});
-  return failed;
+  return with_file(FileName, O_RDONLY + O_BINARY, SH_DENYWR, kSource, [&](HANDLE file) {
+    auto map = load_image(file);
+    capture_last_dll_error();
+    if (!map) {
+      // An image that can't be read has no error number of its own.
+      frame::Set_Error({.Source = kSource});
+      return true;
+    }
+    const BFILTER before = record_;
+    adopt(record_, std::move(*map));
+    release(before);
+    return false;
+  });
 }
 
 Boolean QvtBloomFilter::Save(Text& FileName) {

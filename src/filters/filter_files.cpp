@@ -216,6 +216,8 @@ Long Bloom_CopyFromString(const Object<_QvtBloomFilter>& Filter, Text& Buffer) {
              .description = L"Filtro incompatibile con la richiesta."});
     }
     map = resized(std::as_const(*map).view(), before.Bits);
+    // An application may have written a negative number there.
+    if (!map) return kFailed;
   }
   replace_map(Filter, std::move(*map));
   return static_cast<Long>(size);

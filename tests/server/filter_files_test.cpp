@@ -309,6 +309,42 @@ TEST_F(FilterFiles, CopyFromString_raises_20000_when_bits_and_words_differ) {
   EXPECT_EQ(bits(filter), (List{3}));
 }
 
+TEST_F(FilterFiles, CopyFromString_into_a_negative_extension_is_minus_1) {
+  auto filter = create<_QvtBloomFilter>(CLSID_QvtBloomFilter);
+  EXPECT_EQ(filter->put_Bits(-5), S_OK);
+  String text(L"\x01");
+  LONG size = 0;
+  EXPECT_EQ(global->Bloom_CopyFromString(filter.variable(), &text, &size), S_OK);
+  EXPECT_EQ(size, -1);
+  EXPECT_EQ(record(filter).Bits, -5);
+  EXPECT_EQ(record(filter).hFilter, 0);
+}
+
+TEST_F(FilterFiles, CopyFromString_gives_the_buffer_back_as_the_code_page_has_it) {
+  auto filter = with(24, {});
+  String text(
+      L"\x4E2D\xE8"
+      L"A");
+  LONG size = 0;
+  EXPECT_EQ(global->Bloom_CopyFromString(filter.variable(), &text, &size), S_OK);
+  EXPECT_EQ(size, 3);
+  EXPECT_EQ(text.view(),
+            L"?\xE8"
+            L"A");
+}
+
+TEST_F(FilterFiles, A_pair_that_cannot_be_opened_for_writing_grows_the_opener_s_chain) {
+  const TempFolder folder;
+  auto filter = with(3, {0});
+  const std::wstring path = folder.file(L"missing\\pair.flt");
+  String name(path);
+  VARIANT_BOOL failed = VARIANT_FALSE;
+  EXPECT_EQ(global->BloomSaveExt(&name, filter.variable(), filter.variable(), &failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_TRUE);
+  expect_record(20000,
+                L"KwRtLibMod.File_Open32 < QvRtLibOle.KwRtLibMod.BloomSaveExt, 0 (" + path + L")");
+}
+
 TEST_F(FilterFiles, CopyFrom_an_unallocated_array_is_error_9) {
   auto filter = with(9, {3});
   SAFEARRAY* array = nullptr;
