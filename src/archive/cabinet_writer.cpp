@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -24,6 +25,12 @@ namespace {
 constexpr ULONG kNoLimit_bytes = 0x7FFFFFFF;
 constexpr Long kNoSource = FCIERR_OPEN_SRC;
 constexpr Long kNoCabinet = FCIERR_CAB_FILE;
+constexpr Long kNoRoom = 9;  // the service tells limits of the format by this number
+
+// What every cabinet of a set has beside names and data: its head, the record of a folder, that of
+// a file and that of a block.
+constexpr std::size_t kFixed_bytes = 36 + 8 + 16 + 8;
+constexpr std::uint64_t kMostCabinets = 65535;  // numbered in two bytes
 
 constexpr std::array<const wchar_t*, 10> kFailures = {
     L"Errore nella creazione del cabinet.",
@@ -107,6 +114,8 @@ class SetWriter {
     std::string source = utf8_of(file);
     std::string stored = utf8_of(stored_name(file));
     has_utf8_name_ = !is_ascii(stored);
+    shortest_name_ = std::min(shortest_name_, stored.size());
+    ++files_;
     if (FCIAddFile(writer_, source.data(), stored.data(), FALSE, next_cabinet, status, open_info,
                    tcompTYPE_MSZIP) == FALSE) {
       refuse(file);
@@ -121,7 +130,9 @@ class SetWriter {
 
  private:
   [[noreturn]] void refuse(const Text& file) const {
-    const auto code = std::clamp(failure_.erfOper, 0, static_cast<int>(kFailures.size()) - 1);
+    const auto code = has_no_room_
+                          ? kNoRoom
+                          : std::clamp(failure_.erfOper, 0, static_cast<int>(kFailures.size()) - 1);
     const bool names_file = code == FCIERR_OPEN_SRC || code == FCIERR_READ_SRC;
     raise_cabinet_error(code, names_file ? concat({kFailures[code], file}) : Text(kFailures[code]));
   }
@@ -172,12 +183,24 @@ class SetWriter {
   static BOOL DIAMONDAPI next_cabinet(PCCAB cabinet, ULONG, void* writer) {
     try {
       const std::string name = utf8_of(numbered(self(writer).name_, ++self(writer).count_));
+      if (!self(writer).can_go_on(name)) return FALSE;
       fill(cabinet->szCab, name);
       self(writer).cabinets_.emplace(utf8_of(self(writer).folder_) + name, false);
       return TRUE;
     } catch (...) {
       return FALSE;
     }
+  }
+  // The service itself would make cabinets without end that have no room for data.
+  bool can_go_on(const std::string& next_name) noexcept {
+    // Each name has a terminator, and an empty disk's name behind it.
+    const std::size_t names_bytes = 2 * (next_name.size() + 2) + shortest_name_ + 1;
+    // Each cabinet has a byte of data or a file that was in none before; packed data can be a
+    // little larger than the files.
+    const std::uint64_t most = std::min(kMostCabinets, 2 * (source_bytes_ + files_) + 16);
+    has_no_room_ =
+        cabinet_.cb <= kFixed_bytes + names_bytes || static_cast<std::uint64_t>(count_) > most;
+    return !has_no_room_;
   }
   static LONG DIAMONDAPI status(UINT type, ULONG, ULONG estimated_bytes, void*) {
     return type == statusCabinet ? static_cast<LONG>(estimated_bytes) : 0;
@@ -196,6 +219,7 @@ class SetWriter {
       if (file != cabinet_files::kNoFile) cabinet_files::close(file);
       return cabinet_files::kNoFile;
     }
+    self(writer).source_bytes_ += std::uint64_t{facts.nFileSizeHigh} << 32 | facts.nFileSizeLow;
     // Dates outside 1980 to 2107 have no packed form.
     if (FileTimeToDosDateTime(&local, date, time) == FALSE) *date = *time = 0;
     *attributes = static_cast<USHORT>(facts.dwFileAttributes & kStored);
@@ -211,6 +235,10 @@ class SetWriter {
   Long count_ = 1;
   std::map<std::string, bool, std::less<>> cabinets_;  // the path of each, and whether it was made
   bool has_utf8_name_ = false;
+  bool has_no_room_ = false;
+  std::uint64_t files_ = 0;
+  std::uint64_t source_bytes_ = 0;
+  std::size_t shortest_name_ = CB_MAX_FILENAME;
   bool is_done_ = false;
 };
 

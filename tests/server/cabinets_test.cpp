@@ -275,20 +275,27 @@ TEST_F(Cabinets, sets_of_any_files_and_sizes_come_back) {
   }
 }
 
-TEST_F(Cabinets, small_cabinets_make_long_sets_and_too_small_ones_are_refused) {
-  make_file(L"c", noise_bytes(5000));
+TEST_F(Cabinets, small_cabinets_make_long_sets) {
+  make_file(L"c", noise_bytes(3000));
   String files(list_of({L"c"}));
   LONG count = 0;
   ASSERT_FALSE(create_set(files, 150, &count));
   EXPECT_GT(count, 30);
   ASSERT_FALSE(extract(L""));
-  EXPECT_EQ(contents(L"out\\c"), noise_bytes(5000));
-  for (const LONG size : {1, 30, 60}) {
-    std::filesystem::remove_all(path(L"cabs"));
-    make_folder(L"cabs");
-    EXPECT_TRUE(create_set(files, size)) << size;
-    EXPECT_EQ(names_in(L"cabs"), Names{}) << size;
-    global_->Reset_Error();
+  EXPECT_EQ(contents(L"out\\c"), noise_bytes(3000));
+}
+
+TEST_F(Cabinets, cabinets_too_small_for_any_data_are_refused_and_none_is_left) {
+  make_file(L"c", noise_bytes(3000));
+  for (const Names& names : {Names{L"c"}, Names{L"c", L"a.txt", L"empty"}}) {
+    for (const LONG size : {1, 36, 60, 91, 93}) {
+      String files(list_of(names));
+      LONG count = 77;
+      EXPECT_TRUE(create_set(files, size, &count)) << size;
+      EXPECT_EQ(count, 77);
+      EXPECT_EQ(names_in(L"cabs"), Names{}) << size;
+      expect_record(20009, L"KwRtLibMod.CABFileCreate", L"Il cabinet supera i limiti del formato.");
+    }
   }
 }
 
