@@ -13,9 +13,9 @@ struct Entry {
   Command command;
 };
 constexpr Entry kCommands[] = {
-    {L"raw-client", raw_client}, {L"raw-server", raw_server}, {L"server", library_server},
-    {L"client", library_client}, {L"change", change},         {L"dde", dde},
-    {L"windows", windows},
+    {L"raw-client", raw_client}, {L"raw-server", raw_server},   {L"server", library_server},
+    {L"client", library_client}, {L"change", change},           {L"dde", dde},
+    {L"windows", windows},       {L"application", application},
 };
 
 }  // namespace

@@ -35,6 +35,12 @@ int dde(const Arguments& arguments);
 // windows: shows the window that tests look for: of class QvParent, with children of the classes
 // QvChild, QvOther and QvChild, and in QvOther one of class QvGrandchild; half a minute at most.
 int windows(const Arguments& arguments);
+// application PROGRAM: an application with a window, for a person at a display or who stands in for
+// one. It has seven fields, 40 pixels wide each; pressed, they make it call the library, and it
+// prints what comes of that, and that the window is painted. From the left: look for the windows of
+// `windows`; give them the focus by their process; put an icon into the task bar; take it away;
+// start PROGRAM, a stand-in, and wait for it; stop that wait; end the application.
+int application(const Arguments& arguments);
 
 // A copy of this program under another name stands in for that program. It keeps how it was called
 // in a file beside it, NAME.log, and then does what the words among its arguments ask for:

@@ -1,22 +1,13 @@
 #include <windows.h>
-// objbase.h needs windows.h before it.
-#include <objbase.h>
 
 #include <cstdio>
 
 #include "companion/companion.h"
+#include "companion/library.h"
 #include "companion/pipe_dialogue.h"
-#include "interfaces.h"
 
 namespace qv::companion {
 namespace {
-
-template <class Interface>
-Interface* create(const CLSID& class_id) {
-  void* object = nullptr;
-  CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), &object);
-  return static_cast<Interface*>(object);
-}
 
 // The library and one request, for the life of the process.
 struct Library {

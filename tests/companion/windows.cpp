@@ -25,7 +25,7 @@ HWND make_window(const wchar_t* class_name, HWND parent) {
   window_class.lpfnWndProc = DefWindowProcW;
   window_class.lpszClassName = class_name;
   RegisterClassW(&window_class);
-  const DWORD style = parent == nullptr ? WS_OVERLAPPEDWINDOW : WS_CHILD;
+  const DWORD style = parent == nullptr ? WS_OVERLAPPEDWINDOW | WS_VISIBLE : WS_CHILD;
   return CreateWindowExW(0, class_name, class_name, style, 0, 0, 100, 100, parent, nullptr, nullptr,
                          nullptr);
 }
