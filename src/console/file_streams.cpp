@@ -1,10 +1,10 @@
-#include "qvarc/file_streams.h"
+#include "console/file_streams.h"
 
 #include <string>
 #include <system_error>
 #include <utility>
 
-namespace qv::qvarc {
+namespace qv::console {
 
 std::size_t InputFile::read(std::span<std::uint8_t> bytes) {
   stream_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
@@ -60,11 +60,11 @@ bool OutputFile::keep_as(const Path& path) {
 
 Path unused_name(const Path& folder) {
   for (unsigned number = 0;; ++number) {
-    Path path = folder / ("qvarc-" + std::to_string(number) + ".tmp");
+    Path path = folder / ("qv-" + std::to_string(number) + ".tmp");
     std::error_code error;
     const auto status = std::filesystem::symlink_status(path, error);
     if (!std::filesystem::exists(status)) return path;
   }
 }
 
-}  // namespace qv::qvarc
+}  // namespace qv::console

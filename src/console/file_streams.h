@@ -1,13 +1,13 @@
-// Files of the system as the streams of the portable archive code.
+// Files of the system as the streams of the portable core.
 #pragma once
 
 #include <cstdint>
 #include <fstream>
 
+#include "console/text.h"
 #include "native/cpr/byte_stream.h"
-#include "qvarc/system.h"
 
-namespace qv::qvarc {
+namespace qv::console {
 
 class InputFile final : public native::cpr::ByteSource {
  public:
@@ -15,7 +15,7 @@ class InputFile final : public native::cpr::ByteSource {
 
   bool is_open() const { return stream_.is_open(); }
   std::size_t read(std::span<std::uint8_t> bytes) override;
-  // The first byte is 1, as in an archive's records.
+  // The first byte is 1.
   bool seek(std::int64_t position);
   std::int64_t position() { return static_cast<std::int64_t>(stream_.tellg()) + 1; }
 
@@ -58,4 +58,4 @@ class OutputFile final : public native::cpr::ByteSink {
 // A name in the folder that no file has.
 Path unused_name(const Path& folder);
 
-}  // namespace qv::qvarc
+}  // namespace qv::console

@@ -3,11 +3,11 @@
 #include <limits>
 #include <vector>
 
+#include "console/file_streams.h"
 #include "native/cpr/archive_data.h"
 #include "native/cpr/archive_names.h"
 #include "native/cpr/archive_records.h"
 #include "qvarc/commands.h"
-#include "qvarc/file_streams.h"
 #include "qvarc/names.h"
 #include "qvarc/progress.h"
 
@@ -151,7 +151,7 @@ class Packer {
   Packer(const Options& options, std::vector<Source> sources, std::string parent)
       : options_(options),
         sources_(std::move(sources)),
-        file_(unused_name(whole_path(options.archive).parent_path()), kMostArchive_bytes),
+        file_(console::unused_name(whole_path(options.archive).parent_path()), kMostArchive_bytes),
         progress_(options.shows_progress, total_bytes()) {
     head_.flags = kStorePath | kKeepAttributes;
     head_.parent_directory = std::move(parent);
@@ -200,7 +200,7 @@ class Packer {
   }
 
   void pack_contents(const Source& source, cpr::ArchiveEntry& entry) {
-    InputFile file(source.path);
+    console::InputFile file(source.path);
     if (!file.is_open()) throw Failure(quoted(source.path) + " can't be opened");
     const auto type = options_.is_text ? cpr::DataType::text : cpr::DataType::binary;
     const auto effort = options_.is_smallest ? cpr::Effort::smallest : cpr::Effort::standard;
@@ -224,7 +224,7 @@ class Packer {
 
   const Options& options_;
   std::vector<Source> sources_;
-  OutputFile file_;
+  console::OutputFile file_;
   cpr::ArchiveHead head_;
   Progress progress_;
 };

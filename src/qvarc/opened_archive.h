@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "console/file_streams.h"
 #include "native/cpr/archive_records.h"
-#include "qvarc/file_streams.h"
 #include "qvarc/options.h"
 
 namespace qv::qvarc {
@@ -23,7 +23,7 @@ class OpenedArchive {
   // Throws Failure for what can't be read, is no archive, is damaged or too new.
   explicit OpenedArchive(const Path& path);
 
-  InputFile& file() { return file_; }
+  console::InputFile& file() { return file_; }
   const native::cpr::ArchiveHead& head() const { return head_; }
   // The name below the stored parent folder; the whole one where it does not lie there.
   std::string_view shown_name(const native::cpr::ArchiveEntry& entry) const;
@@ -32,7 +32,7 @@ class OpenedArchive {
   std::vector<PlacedEntry> select(const std::vector<std::string>& names) const;
 
  private:
-  InputFile file_;
+  console::InputFile file_;
   native::cpr::ArchiveHead head_;
 };
 

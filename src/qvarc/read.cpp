@@ -6,11 +6,11 @@
 #include <numeric>
 #include <vector>
 
+#include "console/file_streams.h"
 #include "native/cpr/archive_data.h"
 #include "native/cpr/archive_names.h"
 #include "qvarc/commands.h"
 #include "qvarc/dates.h"
-#include "qvarc/file_streams.h"
 #include "qvarc/names.h"
 #include "qvarc/opened_archive.h"
 #include "qvarc/progress.h"
@@ -168,7 +168,7 @@ class Extractor final : public Reader {
       return;
     }
     make_folder(path.parent_path());
-    OutputFile file(unused_name(path.parent_path()));
+    console::OutputFile file(console::unused_name(path.parent_path()));
     if (!file.is_open()) throw Failure("no file can be made in its folder");
     expand(placed, file);
     if (!file.close()) throw Failure(reason_of(cpr::EntryCode::sink_failed));

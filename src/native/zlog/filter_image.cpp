@@ -12,7 +12,6 @@
 namespace qv::native::zlog {
 namespace {
 
-constexpr std::array<std::uint8_t, 4> kMagic = {'Q', 'V', 'B', 'F'};
 constexpr std::uint16_t kLayout = 1;
 
 constexpr std::size_t kLayoutAt = 4;
@@ -93,7 +92,7 @@ bool fits(const ImageHead& head) {
 }  // namespace
 
 std::optional<ImageHead> read_image_head(std::span<const std::uint8_t, kImageHeadBytes> bytes) {
-  if (!std::ranges::equal(bytes.first<kMagic.size()>(), kMagic)) return std::nullopt;
+  if (!std::ranges::equal(bytes.first<kImageMagic.size()>(), kImageMagic)) return std::nullopt;
   if (value_at<std::uint32_t>(bytes, kHeadCrcAt) != checksum(bytes.first<kHeadCrcAt>())) {
     return std::nullopt;
   }
@@ -107,7 +106,7 @@ std::optional<ImageHead> read_image_head(std::span<const std::uint8_t, kImageHea
 
 std::array<std::uint8_t, kImageHeadBytes> write_image_head(const ImageHead& head) {
   std::array<std::uint8_t, kImageHeadBytes> bytes{};
-  std::ranges::copy(kMagic, bytes.begin());
+  std::ranges::copy(kImageMagic, bytes.begin());
   put_at(bytes, kLayoutAt, kLayout);
   put_at(bytes, kKindAt, head.body);
   put_at(bytes, kBitsAt, head.bits);
@@ -117,10 +116,10 @@ std::array<std::uint8_t, kImageHeadBytes> write_image_head(const ImageHead& head
   return bytes;
 }
 
-ImageEncoder::ImageEncoder(ConstBitSpan set)
+ImageEncoder::ImageEncoder(ConstBitSpan set, BodyChoice choice)
     : set_{set.used(), set.limit()}, crc_register_(kCrcStart) {
   const std::size_t words = set_.words.size();
-  std::size_t set_bits = count_while_sparse(set_.words);
+  std::size_t set_bits = choice == BodyChoice::words ? words : count_while_sparse(set_.words);
   if (set_bits < words) {
     const std::uint32_t past = set_.words.back() & ~mask_of_last_word(set_.bits);
     set_bits -= static_cast<unsigned>(std::popcount(past));

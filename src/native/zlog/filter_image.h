@@ -15,6 +15,7 @@ namespace qv::native::zlog {
 // neither side holds a second copy of the bit map.
 
 inline constexpr std::size_t kImageHeadBytes = 24;
+inline constexpr std::array<std::uint8_t, 4> kImageMagic = {'Q', 'V', 'B', 'F'};  // its first bytes
 
 enum class ImageBody : std::uint16_t {
   kWords = 0,       // all words of the bit map
@@ -41,13 +42,16 @@ std::array<std::uint8_t, kImageHeadBytes> write_image_head(const ImageHead& head
 inline constexpr std::size_t kMinImageScratchWords = 64;
 inline constexpr std::size_t kImageScratchWords = std::size_t{1} << 14;
 
+enum class BodyChoice { shorter, words };
+
 // Gives the image of a set. The set must stay as it is until the last piece; trailing bits and
 // disagreeing fields of a set that an application owns do no harm. Copies go on where the original
 // stands. Allocates nothing.
 class ImageEncoder {
  public:
-  // Decides the kind of body: bit numbers when they take less room than the words.
-  explicit ImageEncoder(ConstBitSpan set);
+  // Decides the kind of body: bit numbers when they take less room than the words and the choice is
+  // free.
+  explicit ImageEncoder(ConstBitSpan set, BodyChoice choice = BodyChoice::shorter);
 
   // Asked before the body is through, this makes a pass over the rest of the body for its checksum;
   // asked at its end, it costs nothing. So a writer that can go back and fill in the head later

@@ -264,6 +264,38 @@ TEST(FilterImage, Set_bits_past_the_last_one_are_refused_in_spite_of_right_check
   EXPECT_FALSE(decode(image));
 }
 
+TEST(FilterImage, Words_can_be_asked_for_where_bit_numbers_are_shorter) {
+  BitMap map = *BitMap::make(100);
+  set_bit(map.view(), 70, true);
+  EXPECT_EQ(ImageEncoder(map.view()).head().body, ImageBody::kBitNumbers);
+  ImageEncoder encoder(map.view(), BodyChoice::words);
+  EXPECT_EQ(encoder.head().body, ImageBody::kWords);
+  EXPECT_EQ(encoder.head().body_bytes, 16U);
+  const auto head = write_image_head(encoder.head());
+  Bytes image(head.begin(), head.end());
+  std::vector<std::uint32_t> scratch(kMinImageScratchWords);
+  for (auto piece = encoder.next(scratch); !piece.empty(); piece = encoder.next(scratch)) {
+    image.insert(image.end(), piece.begin(), piece.end());
+  }
+  EXPECT_EQ(image.size(), kImageHeadBytes + 16);
+  const std::optional<BitMap> again = decode(image);
+  ASSERT_TRUE(again);
+  EXPECT_EQ(prev_set(again->view(), 100), 70);
+  EXPECT_EQ(count(again->view().words), 1U);
+}
+
+TEST(FilterImage, Words_of_a_set_with_bits_past_its_last_one_leave_them_out) {
+  std::vector<std::uint32_t> words{1U, 0xFFFFFFFFU};
+  ImageEncoder encoder({words, 33}, BodyChoice::words);
+  EXPECT_EQ(encoder.head().body_bytes, 8U);
+  std::vector<std::uint32_t> scratch(kMinImageScratchWords);
+  Bytes body;
+  for (auto piece = encoder.next(scratch); !piece.empty(); piece = encoder.next(scratch)) {
+    body.insert(body.end(), piece.begin(), piece.end());
+  }
+  EXPECT_EQ(body, (Bytes{1, 0, 0, 0, 1, 0, 0, 0}));
+}
+
 TEST(FilterImage, Greatest_size_has_a_small_sparse_image) {
   BitMap map = *BitMap::make(kMaxBits);
   set_bit(map.view(), kMaxBits - 1, true);
