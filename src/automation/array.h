@@ -16,6 +16,16 @@ namespace qv {
 
 class Variant;
 
+// Bytes of an array's element; 0 for a type that arrays can't have.
+inline ULONG element_bytes(VARTYPE type) noexcept {
+  SAFEARRAYBOUND none{0, 0};
+  SAFEARRAY* const probe = SafeArrayCreate(type, 1, &none);
+  if (probe == nullptr) return 0;
+  const ULONG bytes = probe->cbElements;
+  SafeArrayDestroy(probe);
+  return bytes;
+}
+
 template <class Element>
 struct ArrayElement;
 template <>

@@ -6,7 +6,6 @@
 #include "collections/sort_elements.h"
 #include "collections/sorting.h"
 #include "frame/error_state.h"
-#include "native/sorting/quick_sort.h"
 #include "text/numerals.h"
 
 namespace qv::collections {
@@ -39,13 +38,6 @@ std::vector<SAFEARRAYBOUND> bounds_of(const Variant& pairs) {
   return bounds;
 }
 
-// Bytes of an element; 0 for a type that arrays can't have.
-ULONG element_bytes(VARTYPE type) {
-  SAFEARRAYBOUND none{0, 0};
-  const Variant probe = array_variant(type, SafeArrayCreate(type, 1, &none));
-  return probe.is_array() ? probe.array()->cbElements : 0;
-}
-
 // Not every system that makes arrays notices when their size goes beyond its numbers.
 bool fits(const std::vector<SAFEARRAYBOUND>& bounds, ULONG bytes) {
   std::uint64_t size = bytes;
@@ -56,17 +48,12 @@ bool fits(const std::vector<SAFEARRAYBOUND>& bounds, ULONG bytes) {
   return true;
 }
 
-Long checked(std::int64_t number) {
-  if (!native::sorting::is_index(number)) raise(kOverflow);
-  return static_cast<Long>(number);
-}
-
 // `position` is where the last look began or ended, from 1, for the failure's Source.
 Long word_index(const Text& list, const Text& word, Long& start_from, Long& position) {
   const Long width = word.length();
   const std::int64_t before = (std::int64_t{start_from} - 1) * width;
-  position = checked(before);
-  const Long start = checked(std::int64_t{position} + 1);
+  position = checked_index(before);
+  const Long start = checked_index(std::int64_t{position} + 1);
   if (start < 1) raise(kInvalidProcedureCall);
   if (width == 0 && !list.empty()) {
     position = start;

@@ -36,11 +36,9 @@ void add(const Object<_kwCollection>& collection, const Variant& item, const Tex
 
 Long count(const Object<_kwCollection>& collection) {
   if (const kwCollection* own = own_collection(collection)) return own->Count();
-  Long result = 0;
   LONG counted = 0;
   check_foreign(collection, collection->Count(&counted));
-  result = counted;
-  return result;
+  return counted;
 }
 
 Variant item(const Object<_kwCollection>& collection, const Variant& index) {

@@ -1,6 +1,13 @@
 #include "collections/sort_elements.h"
 
+#include "native/sorting/quick_sort.h"
+
 namespace qv::collections {
+
+Long checked_index(std::int64_t number) {
+  if (!native::sorting::is_index(number)) raise(kOverflow);
+  return static_cast<Long>(number);
+}
 
 Elements::Elements(const Variant& indexed)
     : is_array_(indexed.is_array()), is_object_(indexed.is_object()) {

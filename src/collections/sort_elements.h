@@ -6,6 +6,9 @@
 
 namespace qv::collections {
 
+// Run-time error 6 for a number beyond a Long.
+Long checked_index(std::int64_t number);
+
 // An array is locked while this lives: what is called meanwhile can't redimension it.
 class Elements {
  public:

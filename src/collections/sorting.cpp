@@ -10,6 +10,7 @@
 #include "native/sorting/shell_sort.h"
 #include "runtime/comparison.h"
 #include "runtime/random.h"
+#include "text/text_tools.h"
 
 namespace qv::collections {
 namespace {
@@ -74,11 +75,6 @@ void raise_unless_done(SortEnd end) {
   if (end == SortEnd::kIndexOverflow) raise(kOverflow);
 }
 
-Long checked(std::int64_t number) {
-  if (!native::sorting::is_index(number)) raise(kOverflow);
-  return static_cast<Long>(number);
-}
-
 Long first_of(const Elements& elements, const Variant& first) {
   return first.is_missing() ? elements.lower_bound() : first.to_long();
 }
@@ -91,13 +87,7 @@ Long last_of(const Elements& elements, const Variant& last) {
 
 Long QvSort::Compare(const Variant& v1, const Variant& v2) const { return qv::compare(v1, v2); }
 
-void QvSort::Swap(Variant& v1, Variant& v2) const {
-  const bool is_typed = ((v1.raw()->vt | v2.raw()->vt) & VT_BYREF) != 0;
-  if (!is_typed) return std::swap(*v1.raw(), *v2.raw());
-  Variant first(v1);
-  v1.assign(Variant(v2));
-  v2.assign(std::move(first));
-}
+void QvSort::Swap(Variant& v1, Variant& v2) const { text::Swap(v1, v2); }
 
 Boolean QuickSort(const Variant& vArray, const Variant& vFirst, const Variant& vLast,
                   const Object<_QvSort>& helper) {
@@ -139,21 +129,21 @@ Long BinarySearch(const Variant& vArray, Variant& vKeyToSearch, const Variant& v
     Nearest = 0;
     Variant storage;
     while (first <= last) {
-      const Long middle = checked(std::int64_t{first} + last) / 2;
+      const Long middle = checked_index(std::int64_t{first} + last) / 2;
       const Long order = comparer.compare(elements.at(middle, storage), vKeyToSearch);
       if (order == 0) {
         Nearest = middle;
         break;
       }
-      if (Nearest < 1) Nearest = checked(-std::int64_t{middle});
+      if (Nearest < 1) Nearest = checked_index(-std::int64_t{middle});
       if (order > 0) {
-        last = checked(std::int64_t{middle} - 1);
+        last = checked_index(std::int64_t{middle} - 1);
       } else {
-        first = checked(std::int64_t{middle} + 1);
+        first = checked_index(std::int64_t{middle} + 1);
       }
     }
     const Long found = Nearest > 0 ? Nearest : 0;
-    Nearest = checked(-std::int64_t{Nearest});
+    Nearest = checked_index(-std::int64_t{Nearest});
     return found;
   });
 }

@@ -36,7 +36,7 @@ constexpr Long kToForeground = 65536;
 constexpr Long kOfferSaving = 0x20000000;
 constexpr Long kHasHelpFile = 0x40000000;
 
-constexpr Long kNoBox_result = 1;
+constexpr Long kNoBoxResult = 1;
 
 bool has(Long flags, Long flag) { return (flags & flag) != 0; }
 
@@ -163,7 +163,7 @@ Text Error_Message(const Variant& msg, Long Flags) {
 Long Disp_ErrorEx(const Variant& msg, const Variant& Butt, const Variant& LogFile, Long Flags,
                   const Variant& Prefix, const Text& Title, Text& RetBuffer, const Text& HelpFile,
                   const Text& HelpId) {
-  Long result = kNoBox_result;
+  Long result = kNoBoxResult;
   attempt([&] {
     const QVtError& record = error_state();
     if (!msg.is_missing()) {

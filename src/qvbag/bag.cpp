@@ -30,10 +30,10 @@ const char* reason_of(const SpanSource& values, const ValuePlace& value) {
     case ReadStatus::kDone:
       break;
   }
-  const bool is_array = value.tag == static_cast<std::uint8_t>(bags::Tag::kArray);
-  return is_array && array_bytes(values, value) != value.data_bytes
-             ? "the bounds of its array don't fit the elements"
-             : nullptr;
+  if (value.tag != static_cast<std::uint8_t>(bags::Tag::kArray)) return nullptr;
+  const auto fitting_bytes = array_bytes(values, value, bags::fixed_width(value.element));
+  return fitting_bytes != value.data_bytes ? "the bounds of its array don't fit the elements"
+                                           : nullptr;
 }
 
 }  // namespace

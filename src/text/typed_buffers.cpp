@@ -198,7 +198,9 @@ Variant BufferTyped_Get(const Text& Buffer, Long& Offset) {
     case Tag::kShortString:
       return Buffer.view().substr(place.data, place.data_bytes);
     case Tag::kArray:
-      if (native::bags::array_bytes(source, place)) raise(kSubscriptOutOfRange);
+      if (native::bags::array_bytes(source, place, element_bytes(place.element))) {
+        raise(kSubscriptOutOfRange);
+      }
       // No array has such a descriptor, and its data stays unread.
       Offset = position_from_1(place.data);
       return {};

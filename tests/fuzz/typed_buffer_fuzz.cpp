@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         value.end > at && value.data + value.data_bytes == value.end && value.end <= size;
     if (!lies_inside) std::abort();
     if (value.tag == static_cast<std::uint8_t>(Tag::kArray)) {
-      const auto bytes = array_bytes(source, value);
+      const auto bytes = array_bytes(source, value, fixed_width(value.element));
       if (bytes && *bytes > 0x7FFFFFFF) std::abort();
     }
     at = value.end;

@@ -154,5 +154,19 @@ value = BufferTyped_Get(buffer, offset)
 CheckError "an array is passed over", 9, ""
 Check "with Offset behind it", offset, CLng(25)
 Check "where the next value reads", BufferTyped_Get(buffer, offset), "behind"
+' The head of an array of one element, with its four bytes of data.
+Function One_Element(element)
+  One_Element = Chr(32) & Chr(element) & Chr(1) & Chr(0) & Long_2_Str(1) & Long_2_Str(1) & Long_2_Str(4) & "abcd"
+End Function
+buffer = One_Element(8): offset = 1
+value = BufferTyped_Get(buffer, offset)
+CheckError "an array of String is passed over too", 9, "Subscript out of range"
+Check "with Offset behind it as well", offset, CLng(21)
+For Each i In Array(0, 1, 32, 255)
+  offset = 1: value = 5
+  value = BufferTyped_Get(One_Element(i), offset)
+  Check "an array of type " & i & ", which has none, is Empty", value, Empty
+  Check "with Offset at its data", offset, CLng(17)
+Next
 Check "reading records nothing", Check_Error(), False
 Finish

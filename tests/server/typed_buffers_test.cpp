@@ -360,11 +360,22 @@ TEST_F(TypedBuffers, an_array_is_passed_over_with_error_9) {
   EXPECT_EQ(value.iVal, 5);
 }
 
+// Text, Decimal and Variant have no form here, but arrays of them exist.
+TEST_F(TypedBuffers, an_array_of_elements_without_a_form_is_passed_over_too) {
+  for (const wchar_t element : {L'\x08', L'\x0C', L'\x0E'}) {
+    const std::wstring head = array_head(element, {{1, 1}}, 4);
+    Value value;
+    EXPECT_EQ(get(head + L"abcd", 1, value), error_result(9));
+    EXPECT_EQ(value.vt, VT_EMPTY);
+    EXPECT_EQ(offset, static_cast<LONG>(head.size()) + 5);
+  }
+}
+
 TEST_F(TypedBuffers, descriptors_that_no_array_has_give_empty) {
   constexpr LONG kMax = 2147483647;
   const std::vector<std::wstring> heads = {
       array_head(3, {{kMin, kMax}}, 4), array_head(17, {{0, kMax}}, 4),
-      array_head(3, {{5, 1}}, 4),       array_head(8, {{1, 1}}, 4),
+      array_head(3, {{5, 1}}, 4),       array_head(255, {{1, 1}}, 4),
       array_head(0, {{1, 1}}, 4),       array_head(5, {{1, 65536}, {1, 65536}}, 4)};
   for (const std::wstring& head : heads) {
     Value value;

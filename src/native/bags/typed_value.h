@@ -69,10 +69,11 @@ struct ValuePlace {
 template <ByteSource Source>
 ValuePlace find_value(const Source& source, std::size_t at);
 
-// How many bytes of data an array of that shape has: none for an element type without a fixed
-// width, an upper bound below the lower by more than 1, or more than 2^31 - 1 bytes.
+// How many bytes of data an array of that shape has, with elements of that width: none for a width
+// of 0, an upper bound below the lower by more than 1, or more than 2^31 - 1 bytes.
 template <ByteSource Source>
-std::optional<std::size_t> array_bytes(const Source& source, const ValuePlace& array);
+std::optional<std::size_t> array_bytes(const Source& source, const ValuePlace& array,
+                                       std::size_t element_bytes);
 
 namespace typed_value {
 
@@ -155,9 +156,10 @@ ValuePlace find_value(const Source& source, std::size_t at) {
 }
 
 template <ByteSource Source>
-std::optional<std::size_t> array_bytes(const Source& source, const ValuePlace& array) {
-  std::uint64_t bytes = fixed_width(array.element);
-  if (bytes == 0) return std::nullopt;
+std::optional<std::size_t> array_bytes(const Source& source, const ValuePlace& array,
+                                       std::size_t element_bytes) {
+  if (element_bytes == 0) return std::nullopt;
+  std::uint64_t bytes = element_bytes;
   // A dimension of no elements makes an array of none, however large the others are.
   bool is_too_large = false;
   for (std::size_t i = 0; i < array.dimensions; ++i) {

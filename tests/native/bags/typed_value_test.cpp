@@ -60,7 +60,7 @@ TEST(TypedValue, the_example_of_the_format_page_reads) {
     if (tag == Tag::kArray) {
       EXPECT_EQ(value.element, 3);
       EXPECT_EQ(value.dimensions, 1U);
-      EXPECT_EQ(array_bytes(SpanSource(page), value), 8U);
+      EXPECT_EQ(array_bytes(SpanSource(page), value, 4), 8U);
     }
     at = value.end;
   }
@@ -120,7 +120,7 @@ TEST(TypedValue, empty_texts_and_empty_arrays_read) {
   EXPECT_EQ(find({8, 0, 0}).data_bytes, 0U);
   const Bytes array = array_head(17, {0, -1}, 0);
   EXPECT_EQ(find(array).status, ReadStatus::kDone);
-  EXPECT_EQ(array_bytes(SpanSource(array), find(array)), 0U);
+  EXPECT_EQ(array_bytes(SpanSource(array), find(array), 1), 0U);
 }
 
 TEST(TypedValue, an_array_without_dimensions_is_cut_short) {
@@ -140,7 +140,7 @@ std::optional<std::size_t> bytes_of_shape(std::uint8_t element,
   const Bytes array = array_head(element, bounds, 0);
   const ValuePlace place = find(array);
   EXPECT_EQ(place.status, ReadStatus::kDone);
-  return array_bytes(SpanSource(array), place);
+  return array_bytes(SpanSource(array), place, fixed_width(element));
 }
 
 TEST(TypedValue, shapes_tell_their_bytes) {
