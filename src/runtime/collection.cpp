@@ -7,6 +7,7 @@
 
 #include "automation/class_object.h"
 #include "native/ordered/keyed_list.h"
+#include "runtime/characters.h"
 
 namespace qv {
 namespace {
@@ -16,7 +17,7 @@ using native::ordered::kNoItem;
 
 // The system's upper case of every character, without regard to the user's language: a key that is
 // found on one machine is found on all.
-char16_t upper_case(char16_t character) noexcept {
+char16_t folded(char16_t character) noexcept {
   static const auto table = [] {
     std::array<wchar_t, 0x10000> characters;
     for (std::size_t i = 0; i < characters.size(); ++i) characters[i] = static_cast<wchar_t>(i);
@@ -26,11 +27,6 @@ char16_t upper_case(char16_t character) noexcept {
     return characters;
   }();
   return static_cast<char16_t>(table[character]);
-}
-
-std::u16string_view units(std::wstring_view text) noexcept {
-  static_assert(sizeof(wchar_t) == sizeof(char16_t));
-  return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
 }
 
 // An index as it was meant.
@@ -58,14 +54,14 @@ std::size_t zero_based(Long position) noexcept { return static_cast<std::size_t>
 
 class Collection::Items : public native::ordered::KeyedList<Variant> {
  public:
-  Items() : KeyedList(&upper_case) {}
+  Items() : KeyedList(&folded) {}
 
   Long count() const noexcept { return static_cast<Long>(size()); }
 
   bool is_inside(Long position) const noexcept { return position >= 1 && position <= count(); }
   ItemId locate(const Index& index, Long& error) const noexcept {
     error = index.absent();
-    if (index.is_key) return find(units(index.key));
+    if (index.is_key) return find(code_units(index.key));
     return is_inside(index.position) ? at(zero_based(index.position)) : kNoItem;
   }
   // The item's place, from 0.
@@ -168,7 +164,7 @@ void Collection::add(const Variant& item, const Variant& key, const Variant& bef
   std::optional<std::u16string_view> text;
   if (is_given(key)) {
     if (!key.is_text()) raise(kTypeMismatch);
-    text = units(key.text_view());
+    text = code_units(key.text_view());
   }
   if (is_given(before) && is_given(after)) raise(kInvalidProcedureCall);
   std::size_t place = all.size();
@@ -192,7 +188,7 @@ void Collection::remove(const Variant& index) {
   const std::shared_ptr<Items> all = items_;
   Variant gone;
   if (meant.is_key) {
-    const ItemId id = all->find(units(meant.key));
+    const ItemId id = all->find(code_units(meant.key));
     if (id == kNoItem) raise(meant.absent());
     gone = all->erase(id);
   } else {

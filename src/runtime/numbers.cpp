@@ -94,6 +94,16 @@ Text decimal_text(const Variant& number) {
   return Text(text);
 }
 
+Double radix_value(std::string_view digits, int base) {
+  std::uint32_t pattern = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto result = std::from_chars(digits.data(), end, pattern, base);
+  if (result.ec == std::errc::result_out_of_range) raise(kOverflow);
+  const bool is_marked_long = result.ptr != end && *result.ptr == '&';
+  if (pattern <= 0xFFFF && !is_marked_long) return static_cast<std::int16_t>(pattern);
+  return static_cast<std::int32_t>(pattern);
+}
+
 }  // namespace
 
 Text number_text(const Variant& number) {
@@ -126,20 +136,6 @@ Text Hex(const Variant& number) {
   }
   return Text(text);
 }
-
-namespace {
-
-Double radix_value(std::string_view digits, int base) {
-  std::uint32_t pattern = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto result = std::from_chars(digits.data(), end, pattern, base);
-  if (result.ec == std::errc::result_out_of_range) raise(kOverflow);
-  const bool is_marked_long = result.ptr != end && *result.ptr == '&';
-  if (pattern <= 0xFFFF && !is_marked_long) return static_cast<std::int16_t>(pattern);
-  return static_cast<std::int32_t>(pattern);
-}
-
-}  // namespace
 
 Double Val(std::wstring_view text) {
   constexpr std::wstring_view kPassedOver = L" \t\n";
