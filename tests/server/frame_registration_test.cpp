@@ -121,6 +121,7 @@ class Frame_Registration : public testing::Test {
     }
     const std::wstring system = sizeof(void*) == 8 ? L"win64" : L"win32";
     EXPECT_EQ(value_of(scope, L"TypeLib\\" + library_id + L"\\28.3\\409\\" + system), path_);
+    EXPECT_EQ(value_of(scope, L"TypeLib\\" + library_id + L"\\28.3\\0\\" + system), path_);
     for (const LibraryClass& description : classes_) {
       for (const IID& id : {description.interface_id, description.events_id}) {
         if (IsEqualIID(id, IID{})) continue;
@@ -172,19 +173,21 @@ TEST_F(Frame_Registration, for_one_user_writes_the_keys_and_unregistering_leaves
 }
 
 TEST_F(Frame_Registration, unregistering_leaves_the_type_library_of_the_other_bitness) {
-  ASSERT_EQ(regsvr32(L"/s"), 0U);
   const std::wstring library = L"Software\\Classes\\TypeLib\\" + guid_text(LIBID_QvRtLibOle);
-  const std::wstring other =
-      library + L"\\28.3\\409\\" + (sizeof(void*) == 8 ? L"win32" : L"win64");
   HKEY key = nullptr;
-  ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, other.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
-                            nullptr, &key, nullptr),
-            ERROR_SUCCESS);
-  RegCloseKey(key);
-  ASSERT_EQ(regsvr32(L"/s /u"), 0U);
-  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, other.c_str(), 0, KEY_READ, &key), ERROR_SUCCESS);
-  RegCloseKey(key);
-  RegDeleteKeyW(HKEY_LOCAL_MACHINE, other.c_str());
+  for (const wchar_t* locale : {L"409", L"0"}) {
+    ASSERT_EQ(regsvr32(L"/s"), 0U);
+    const std::wstring other =
+        library + L"\\28.3\\" + locale + (sizeof(void*) == 8 ? L"\\win32" : L"\\win64");
+    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, other.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
+                              nullptr, &key, nullptr),
+              ERROR_SUCCESS);
+    RegCloseKey(key);
+    ASSERT_EQ(regsvr32(L"/s /u"), 0U);
+    EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, other.c_str(), 0, KEY_READ, &key), ERROR_SUCCESS);
+    RegCloseKey(key);
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, other.c_str());
+  }
   // The last one takes the rest along.
   ASSERT_EQ(regsvr32(L"/s"), 0U);
   ASSERT_EQ(regsvr32(L"/s /u"), 0U);

@@ -89,6 +89,9 @@ void add_interface(Registration& registration, const std::wstring& name, const I
 std::wstring library_key() { return L"TypeLib\\" + guid_text(LIBID_QvRtLibOle); }
 std::wstring version_key() { return library_key() + L"\\" + library_version(); }
 std::wstring locale_key() { return version_key() + L"\\409"; }
+// The key of no language in particular. Some systems carry calls between apartments by the library
+// that they find there, and look nowhere else.
+std::wstring neutral_key() { return version_key() + L"\\0"; }
 
 // What the platform writes when it registers a type library. Its service for one user is not used,
 // since some systems let that write for the whole machine.
@@ -117,6 +120,7 @@ Registration all_entries(Scope scope) {
   for (const AliasEntry& alias : alias_catalogue()) {
     add_interface(registration, alias.name, alias.id, kTypeLibraryMarshaler);
   }
+  registration.entries.push_back({neutral_key() + L"\\" + kSystemName, L"", path});
   if (scope == Scope::user) add_type_library(registration, path);
   return registration;
 }
@@ -187,6 +191,12 @@ LONG remove_emptied_library(HKEY classes) {
   return RegDeleteTreeW(classes, library_key().c_str());
 }
 
+// The library of the other bitness may be there, too.
+void remove_neutral_entry(HKEY classes) {
+  RegDeleteTreeW(classes, (neutral_key() + L"\\" + kSystemName).c_str());
+  if (children(classes, neutral_key()).empty()) RegDeleteTreeW(classes, neutral_key().c_str());
+}
+
 // A user may have had no classes at all: then the keys that hold them all were made for these.
 void remove_empty_roots(HKEY classes) {
   for (const wchar_t* root : {L"CLSID", L"Interface", L"TypeLib"}) {
@@ -205,6 +215,7 @@ HRESULT unregister_server(Scope scope) {
   HKEY classes = nullptr;
   const HRESULT opened = open_classes(scope, &classes);
   if (FAILED(opened)) return opened;
+  remove_neutral_entry(classes);
   if (scope == Scope::machine) {
     UnRegisterTypeLib(LIBID_QvRtLibOle, kQvRtLibOleMajor, kQvRtLibOleMinor, kLocale, kSystem);
   } else {
