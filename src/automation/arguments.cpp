@@ -26,6 +26,21 @@ bool is_missing(const VARIANT& value) noexcept {
   return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
 }
 
+// Not given at all, or a gap among the arguments. A variable that holds a missing value is given,
+// and so is whatever is assigned to a property.
+bool is_left_out(const CallFrame& frame) noexcept {
+  constexpr WORD kPuts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+  const VARIANT* argument = frame.positions[frame.position];
+  return argument == nullptr || (is_missing(*argument) && (frame.operation.kind & kPuts) == 0);
+}
+
+HRESULT leave_missing(const CallFrame& frame, VARIANT* target) noexcept {
+  if (!current_parameter(frame).optional) return DISP_E_PARAMNOTOPTIONAL;
+  target->vt = VT_ERROR;
+  target->scode = DISP_E_PARAMNOTFOUND;
+  return S_OK;
+}
+
 bool equal_values(const VARIANT& a, const VARIANT& b) noexcept {
   if (a.vt != VT_BSTR) return a.llVal == b.llVal;
   const UINT bytes = SysStringByteLen(a.bstrVal);
@@ -40,6 +55,11 @@ IUnknown* object_in(const VARIANT& value) noexcept {
 bool holds_object(const VARIANT& value) noexcept {
   const VARTYPE type = value.vt & ~VT_BYREF;
   return type == VT_DISPATCH || type == VT_UNKNOWN;
+}
+
+bool is_nothing(const VARIANT& value) noexcept {
+  const VARIANT& inner = is_variable(value) ? *value.pvarVal : value;
+  return holds_object(inner) && object_in(inner) == nullptr;
 }
 
 // A one-dimensional array as an array of another element type, elements converted.
@@ -93,6 +113,7 @@ VARIANT* current_argument(CallFrame& frame) noexcept {
 }
 
 HRESULT convert(const VARIANT& source, VARTYPE type, VARIANT* target) noexcept {
+  if (is_nothing(source)) return DISP_E_TYPEMISMATCH;
   try {
     // A Variant is laid out as a VARIANT: this one stays the caller's.
     *target = converted(reinterpret_cast<const Variant&>(source), type).release();
@@ -160,12 +181,7 @@ HRESULT RefVariant::take(CallFrame& frame) noexcept {
   if (parameter.default_value.kind == Default::Kind::text && current_argument(frame) == nullptr) {
     return take_default(parameter, VT_BSTR, &holder_);
   }
-  if (argument == nullptr) {
-    if (!parameter.optional) return DISP_E_PARAMNOTOPTIONAL;
-    holder_.vt = VT_ERROR;
-    holder_.scode = DISP_E_PARAMNOTFOUND;
-    return S_OK;
-  }
+  if (is_left_out(frame)) return leave_missing(frame, &holder_);
   if (is_variable(*argument)) {
     value_ = argument->pvarVal;
     return S_OK;
@@ -179,12 +195,8 @@ HRESULT RefVariant::take(CallFrame& frame) noexcept {
 }
 
 HRESULT InVariant::take(CallFrame& frame) noexcept {
-  VARIANT* argument = frame.positions[frame.position];
-  if (argument != nullptr) return VariantCopyInd(&holder_, argument);
-  if (!current_parameter(frame).optional) return DISP_E_PARAMNOTOPTIONAL;
-  holder_.vt = VT_ERROR;
-  holder_.scode = DISP_E_PARAMNOTFOUND;
-  return S_OK;
+  if (is_left_out(frame)) return leave_missing(frame, &holder_);
+  return VariantCopyInd(&holder_, frame.positions[frame.position]);
 }
 
 HRESULT RefArrayBase::take(CallFrame& frame) noexcept {

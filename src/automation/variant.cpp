@@ -12,11 +12,19 @@ const VARIANT& inner(const VARIANT& value) noexcept {
   return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
 }
 
+IUnknown* object_in(const VARIANT& value) noexcept {
+  return (value.vt & VT_BYREF) != 0 ? *value.ppunkVal : value.punkVal;
+}
+
 VARIANT convert(const VARIANT& value, VARTYPE type) {
   VARIANT result;
   VariantInit(&result);
-  const VARTYPE from = inner(value).vt & ~VT_BYREF;
+  const VARIANT& held = inner(value);
+  const VARTYPE from = held.vt & ~VT_BYREF;
   if (from == VT_NULL) raise(kInvalidUseOfNull);
+  if ((from == VT_DISPATCH || from == VT_UNKNOWN) && object_in(held) == nullptr) {
+    raise(kObjectVariableNotSet);
+  }
   // Text of a Boolean is "True", not "-1".
   const USHORT flags = type == VT_BSTR ? VARIANT_ALPHABOOL : 0;
   check(
@@ -103,8 +111,7 @@ Text Variant::to_text() const {
 
 Object<IDispatch> Variant::to_object() const {
   if (!is_object()) raise(kObjectRequired);
-  const VARIANT& value = inner(value_);
-  IUnknown* object = (value.vt & VT_BYREF) != 0 ? *value.ppunkVal : value.punkVal;
+  IUnknown* object = object_in(inner(value_));
   auto dispatch = Object<IDispatch>::from(object);
   if (object != nullptr && !dispatch) raise(to_error_number(E_NOINTERFACE));
   return dispatch;

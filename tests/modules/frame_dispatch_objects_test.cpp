@@ -78,6 +78,17 @@ TEST_F(LateBound, an_object_gives_its_default_value_where_a_value_is_needed) {
   EXPECT_EQ(invoke_with(kLong, {*Variant(Object<IDispatch>(&echo)).raw()}), S_OK);
 }
 
+TEST_F(LateBound, nothing_where_a_value_is_needed_is_refused) {
+  Variant nothing{Object<IDispatch>()};
+  IDispatch* none = nullptr;
+  for (const VARIANT& argument :
+       {*nothing.raw(), variable(nothing), typed(VT_DISPATCH, &none), typed(VT_UNKNOWN, &none)}) {
+    EXPECT_EQ(invoke_with(kLong, {argument}), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(bad_argument, 0U);
+  }
+  EXPECT_FALSE(probe.called);
+}
+
 // Properties.
 
 TEST_F(LateBound, a_property_is_read_and_put) {

@@ -227,6 +227,8 @@ TEST_F(LateBound, wrong_counts_of_arguments) {
   EXPECT_EQ(invoke_with(kLong, {*Variant::missing().raw()}), DISP_E_PARAMNOTOPTIONAL);
   EXPECT_EQ(bad_argument, 0U);
   EXPECT_EQ(invoke_with(kAny, {}), DISP_E_PARAMNOTOPTIONAL);
+  EXPECT_EQ(invoke_with(kAny, {*Variant::missing().raw()}), DISP_E_PARAMNOTOPTIONAL);
+  EXPECT_EQ(invoke_with(kAnyValue, {*Variant::missing().raw()}), DISP_E_PARAMNOTOPTIONAL);
   EXPECT_EQ(invoke_with(kBytes, {}), DISP_E_PARAMNOTOPTIONAL);
   EXPECT_EQ(invoke_with(kObjectRef, {}), DISP_E_PARAMNOTOPTIONAL);
   EXPECT_EQ(invoke_with(kRecord, {}), DISP_E_PARAMNOTOPTIONAL);

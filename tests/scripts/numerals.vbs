@@ -109,6 +109,8 @@ HexToBin "4G"
 CheckError "HexToBin of what is no digit", 13, "Type mismatch"
 Num_2_Roman "abc"
 CheckError "Num_2_Roman of no number", 13, "Type mismatch"
+Num_2_Roman Nothing
+CheckError "Num_2_Roman of Nothing", 91, "Object variable or With block variable not set"
 Num_2_Roman 1e10
 CheckError "Num_2_Roman past a Long", 6, "Overflow"
 Num_2_Roman Null

@@ -317,6 +317,10 @@ TEST_F(ErrorState, Error_Replace_raises_what_can_not_be_converted) {
   EXPECT_EQ(error_description(), L"Type mismatch");
   expect({7, L"there", L"new", L"new.hlp", 12, L"34", 2});
   EXPECT_EQ(replace(3e9), error_result(6));
+  Value nothing;
+  nothing.vt = VT_DISPATCH;
+  nothing.pdispVal = nullptr;
+  EXPECT_EQ(replace(nothing), error_result(91));
 }
 
 TEST_F(ErrorState, locked_refuses_every_change_and_allows_reading) {

@@ -92,6 +92,10 @@ TEST_F(Numerals, Num_2_Roman_converts_to_Long_first) {
   EXPECT_EQ(roman(3.5), L"IV");
   String result;
   EXPECT_EQ(global_->Num_2_Roman(Value(L"abc"), &result), error_result(13));
+  Value nothing;
+  nothing.vt = VT_DISPATCH;
+  nothing.pdispVal = nullptr;
+  EXPECT_EQ(global_->Num_2_Roman(nothing, &result), error_result(91));
   EXPECT_EQ(global_->Num_2_Roman(Value(1e10), &result), error_result(6));
   Value null;
   null.vt = VT_NULL;
