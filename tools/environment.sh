@@ -9,7 +9,8 @@ root32=$cache/wine32
 # Where this checkout appears inside that root; several may at the same time.
 inside32=/qvrt/$(printf %s "$repository" | cksum | cut -d' ' -f1)
 
-packages=(cmake ninja-build g++ clang libclang-rt-14-dev llvm-14 python3 git ccache xz-utils
+packages=(cmake ninja-build g++ clang libclang-rt-14-dev llvm-14 clang-format-14 clang-tidy-14
+  python3 git ccache xz-utils
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine wine64 libwine-dev
   googletest libgtest-dev debootstrap xvfb xauth xdotool imagemagick ca-certificates
   python3-markdown python3-selenium wixl msitools faketime chromium chromium-driver fonts-liberation fonts-wine dynamite libstorm-dev
@@ -122,14 +123,19 @@ end_session() {
 # Several builds of the same sources, in whatever folder, share their objects.
 export CCACHE_BASEDIR=$repository CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=time_macros
 
+configure_preset() {
+  local preset=$1
+  [ -e "$build/$preset/build.ninja" ] ||
+    (cd "$repository" && cmake --preset "$preset" > "$build/cmake-$preset.log" 2>&1) ||
+    { tail -20 "$build/cmake-$preset.log"; die "configuring $preset failed"; }
+}
+
 # build_preset PRESET [TARGET...]: all targets where none is named.
 build_preset() {
   local preset=$1
   shift
   say "building $preset"
-  [ -e "$build/$preset/build.ninja" ] ||
-    (cd "$repository" && cmake --preset "$preset" > "$build/cmake-$preset.log" 2>&1) ||
-    { tail -20 "$build/cmake-$preset.log"; die "configuring $preset failed"; }
+  configure_preset "$preset"
   cmake --build "$build/$preset" ${*:+--target "$@"} > "$build/build-$preset.log" 2>&1 ||
     { grep -E 'error:|undefined|FAILED' -A3 "$build/build-$preset.log" | head -60; die "building $preset failed"; }
 }

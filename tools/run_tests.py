@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Runs the suites named, prints every failure and at last one line "N passed, N failed".
 
-Suites: native (the portable core), asan (the same under sanitizers, and a short run of every
-fuzzer), docs (the reference pages, the released interface), x64 and x86 (the server under Wine: the
-modules from inside, typed clients, scripts on the small script host and on the platform's own
-cscript), package (what users download: built twice, installed, used, removed).
+Suites: style (clang-format and clang-tidy), native (the portable core), asan (the same under
+sanitizers, and a short run of every fuzzer), docs (the reference pages, the released interface),
+x64 and x86 (the server under Wine: the modules from inside, typed clients, scripts on the small
+script host and on the platform's own cscript), package (what users download: built twice,
+installed, used, removed).
 """
 
 import argparse
@@ -93,9 +94,9 @@ def settings_of(script):
     return [{"QVRT_LOCALE": locale, "QVRT_ZONE": zone} for locale, zone in asked] or [{}]
 
 
-def run_script(totals, title, command, environment=None):
+def run_script(totals, title, command, environment=None, timeout_s=300):
     """A script that prints a line "ok NAME" or "FAILED NAME: ..." a check and ends in "done"."""
-    code, output = captured(command, 300, environment)
+    code, output = captured(command, timeout_s, environment)
     passed = len(re.findall(r"^ok ", output, re.M))
     failures = re.findall(r"^FAILED .*", output, re.M)
     finished = re.search(r"^done$", output, re.M) is not None
@@ -109,6 +110,16 @@ def run_script(totals, title, command, environment=None):
         print("\n".join(failures))
         if not finished:
             print(output[-4000:])
+
+
+def run_style(totals, word):
+    prepare("build_preset native build.ninja")
+    prepare("build_preset x64 qv_generated")
+    run_script(
+        totals, "style",
+        f'python3 -B tools/check_style.py build/native build/x64 "$cache/tidy" --filter "{word}" 2>&1',
+        timeout_s=3600,
+    )
 
 
 def run_native(totals, pattern):
@@ -247,7 +258,9 @@ def main():
     pattern = f"*{options.filter}*" if options.filter else "*"
     totals = Totals()
     for suite in options.suites:
-        if suite == "native":
+        if suite == "style":
+            run_style(totals, options.filter)
+        elif suite == "native":
             run_native(totals, pattern)
         elif suite == "asan":
             run_asan(totals, pattern)
