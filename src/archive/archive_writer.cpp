@@ -45,7 +45,7 @@ struct Told {};
 // The bytes of a name as the head has it: none is stored that would come back as another.
 std::string stored_name(const Text& name, bool (*fits)(std::string_view)) {
   const auto bytes = bytes_of_text(name);
-  const std::string stored(bytes.begin(), bytes.end());
+  std::string stored(bytes.begin(), bytes.end());
   if (!fits(stored) || !(text_of_bytes(bytes) == name)) refuse_name(name);
   return stored;
 }
@@ -239,7 +239,9 @@ class ArchiveWriter {
 };
 
 // A pattern names no archive, and would delete whatever it matches.
-bool is_pattern(const Text& name) { return name.view().find_first_of(L"*?") != name.view().npos; }
+bool is_pattern(const Text& name) {
+  return name.view().find_first_of(L"*?") != std::wstring_view::npos;
+}
 
 void remove_archive(const Text& target) {
   frame::Error_Lock();

@@ -68,7 +68,7 @@ class SetReader {
   explicit SetReader(const Text& name) {
     const auto units = name.view();
     const std::size_t separator = units.find_last_of(L"\\/:");
-    const std::size_t start = separator == units.npos ? 0 : separator + 1;
+    const std::size_t start = separator == std::wstring_view::npos ? 0 : separator + 1;
     folder_ = utf8_of(units.substr(0, start));
     current_ = utf8_of(units.substr(start));
     extracted_file() = cabinet_files::kNoFile;  // here, where memory may still be short
@@ -100,7 +100,7 @@ class SetReader {
     // The service may pass over bytes that could not be written.
     if (!incomplete_.empty()) refuse(kNoTarget, incomplete_);
     // Names of cabinets have no path, and a set has no circle.
-    if (next_.find_first_of("\\/:") != next_.npos) refuse(kCorrupt, path);
+    if (next_.find_first_of("\\/:") != std::string::npos) refuse(kCorrupt, path);
     ++cabinets_;
     seen_.push_back(current_);
     current_ = next_;
@@ -254,7 +254,7 @@ class Extractor final : public SetReader {
     std::replace(part.data(), part.data() + part.size(), L'/', L'\\');
     if (!with_folders_) {
       const std::size_t separator = part.view().rfind(L'\\');
-      if (separator != part.view().npos) part = Text(part.view().substr(separator + 1));
+      if (separator != std::wstring_view::npos) part = Text(part.view().substr(separator + 1));
     }
     const auto units = part.view();
     if (!native::cpr::stays_in_folder(
@@ -269,7 +269,7 @@ class Extractor final : public SetReader {
     if (!is_wanted(entry.name)) return 0;
     const Text path = target_of(entry.name);
     const std::size_t separator = path.view().rfind(L'\\');
-    if (separator != path.view().npos) {
+    if (separator != std::wstring_view::npos) {
       files::Path_Create(Text(path.view().substr(0, separator)));
     }
     const HANDLE file = CreateFileW(system_name(temporary_).c_str(), GENERIC_READ | GENERIC_WRITE,

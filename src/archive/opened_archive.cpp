@@ -21,7 +21,7 @@ constexpr Long kLaterVersion = frame::kFirstApplicationError + 1;
 
 }  // namespace
 
-OpenedArchive::OpenedArchive(const Text& source) : source_(source) {
+OpenedArchive::OpenedArchive(Text source) : source_(std::move(source)) {
   open();
   try {
     length_bytes_ = static_cast<std::uint64_t>(file_numbers::length_bytes(number_));

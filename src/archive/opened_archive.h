@@ -12,7 +12,7 @@ class OpenedArchive {
  public:
   // Raises the opener's error; 20000 for what is no archive or is damaged, 20001 for a later
   // version. Stands behind the head then.
-  explicit OpenedArchive(const Text& source);
+  explicit OpenedArchive(Text source);
   OpenedArchive(const OpenedArchive&) = delete;
   OpenedArchive& operator=(const OpenedArchive&) = delete;
   ~OpenedArchive();

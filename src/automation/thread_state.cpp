@@ -35,10 +35,11 @@ void WINAPI destroy_block(void* data) noexcept {
   FlsSetValue(fls_index, block);
   for (int pass = 0; pass < kMaxPasses; ++pass) {
     bool found = false;
-    for (auto slot = block->slots.rbegin(); slot != block->slots.rend(); ++slot) {
-      if (slot->state == nullptr) continue;
+    for (std::size_t last = block->slots.size(); last > 0; --last) {
+      Slot& slot = block->slots[last - 1];
+      if (slot.state == nullptr) continue;
       found = true;
-      slot->destroy(std::exchange(slot->state, nullptr));
+      slot.destroy(std::exchange(slot.state, nullptr));
     }
     if (!found) break;
   }

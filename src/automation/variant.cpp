@@ -129,7 +129,7 @@ SAFEARRAY* Variant::array() const noexcept {
 }
 
 void Variant::assign(Variant value) {
-  VARIANT& target = const_cast<VARIANT&>(inner(value_));
+  auto& target = const_cast<VARIANT&>(inner(value_));
   if ((target.vt & VT_BYREF) == 0) {
     std::swap(target, value.value_);
     return;

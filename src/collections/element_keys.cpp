@@ -6,7 +6,6 @@
 namespace qv::collections {
 namespace {
 
-using native::sorting::KeyedIndex;
 using native::sorting::radix_key;
 
 std::u16string_view characters_of(BSTR text) noexcept {

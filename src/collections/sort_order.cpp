@@ -16,7 +16,6 @@ namespace qv::collections {
 namespace {
 
 using native::sorting::RankedElement;
-using native::sorting::SortEnd;
 
 // A sort of what lies from first_index on.
 struct Job {

@@ -49,7 +49,7 @@ std::size_t terminal_width(Stream stream) {
   constexpr std::size_t kUsual = 80;
   CONSOLE_SCREEN_BUFFER_INFO info;
   if (GetConsoleScreenBufferInfo(handle_of(stream), &info) == FALSE) return kUsual;
-  return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+  return static_cast<std::size_t>(info.srWindow.Right) - info.srWindow.Left + 1;
 }
 
 const native::rtlib::ForwardTable& characters() {

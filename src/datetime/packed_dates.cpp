@@ -66,7 +66,7 @@ Integer Get_Year_Days(Integer iYear) { return is_leap(iYear) ? 366 : 365; }
 Integer Get_Month_Days(Integer iYear, Integer iMonth) {
   if (iMonth < 1 || iMonth > 12) raise(kInvalidUseOfNull);
   const Integer days = kMonthDays[static_cast<std::size_t>(iMonth - 1)];
-  return days == 28 && is_leap(iYear) ? 29 : days;
+  return days == 28 && is_leap(iYear) ? Integer{29} : days;
 }
 
 Text Get_Month_Name(Integer iMonth) { return capitalized(month_name(iMonth)); }
@@ -92,7 +92,7 @@ Date Easter_Day(Long Year) {
   Long day = 44 - epact;
   if (day < 21) day += 30;
   day += 7 - (sunday + day) % 7;
-  const Integer year = fitting<Integer>(Year);
+  const auto year = fitting<Integer>(Year);
   return day > 31 ? date_serial(year, 4, static_cast<Integer>(day - 31))
                   : date_serial(year, 3, static_cast<Integer>(day));
 }

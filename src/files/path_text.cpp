@@ -159,14 +159,13 @@ Text Get_TempPath() {
   return folder;
 }
 
-Text Get_TempFile(Variant Path, const Text& Ext) {
+Text Get_TempFile(const Variant& Path, const Text& Ext) {
   try {
     const Text path = Path.is_null() ? Get_TempPath() : Path.to_text();
     require_folder_of(path);
     const bool lacks_dot = !Ext.empty() && Ext[0] != L'.';
     for (;;) {
-      const Text name =
-          concat({path, hexadecimal(frame::Unique_KeyLong()), lacks_dot ? L"." : L"", Ext});
+      Text name = concat({path, hexadecimal(frame::Unique_KeyLong()), lacks_dot ? L"." : L"", Ext});
       if (!DirectorySearch(name, 0).next()) return name;
     }
   } catch (...) {

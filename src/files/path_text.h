@@ -29,7 +29,7 @@ Text Full_Path(const Text& PS);
 Text CurDrive();
 Text Get_TempPath();
 // "" = failure, such as a folder that is not there.
-Text Get_TempFile(Variant Path, const Text& Ext);
+Text Get_TempFile(const Variant& Path, const Text& Ext);
 // "" = failure, told by the error state.
 Text CompactPath(const Text& SrcPath, Long MaxChars);
 

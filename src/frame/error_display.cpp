@@ -110,7 +110,7 @@ Long show(const Text& text, Long buttons, Long flags, const Text& given_title, c
 Text on_one_line(std::wstring_view text) {
   const std::wstring_view line_end = kLineEnd;
   std::wstring line;
-  for (std::size_t end = 0; (end = text.find(line_end)) != text.npos;
+  for (std::size_t end = 0; (end = text.find(line_end)) != std::wstring_view::npos;
        text.remove_prefix(end + line_end.size())) {
     line.append(text.substr(0, end)).append(kLogLineEnd);
   }
@@ -126,7 +126,12 @@ Text SystemError(Long dwMessageId) {
 }
 
 void SetSvrError(const Variant& Svr) {
-  Variant number, source, description, help_file, help_context, last_dll_error;
+  Variant number;
+  Variant source;
+  Variant description;
+  Variant help_file;
+  Variant help_context;
+  Variant last_dll_error;
   attempt([&] {
     using late_bound::by_reference;
     late_bound::call(

@@ -24,7 +24,7 @@ bool make_guid(GUID& id) {
 }  // namespace
 
 Long Unique_KeyLong() {
-  LastKey& last = per_thread<LastKey>();
+  auto& last = per_thread<LastKey>();
   DWORD now_ms = GetTickCount();
   while (now_ms == last.tick_ms) now_ms = GetTickCount();
   last.tick_ms = now_ms;

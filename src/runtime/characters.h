@@ -28,8 +28,8 @@ const ByteClass& letters_and_digits_of_code_page();
 // The language's UCase: by the user's locale, character by character.
 Text upper_case(std::wstring_view text);
 
-// In the ANSI code page, several bytes a character where that has such; what it has no character for
-// is replaced by what the system finds nearest.
+// In the ANSI code page, several bytes a character where that has such; what it has no character
+// for is replaced by what the system finds nearest.
 std::string narrow_text(std::wstring_view text);
 
 // The text before the first character 0: what a narrow service's result holds.

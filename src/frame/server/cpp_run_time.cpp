@@ -56,7 +56,7 @@ SRWLOCK once = SRWLOCK_INIT;
 extern "C" {
 
 int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t*) {
-  *mutex = 0;
+  *mutex = 0;  // NOLINT(misc-non-copyable-objects): a number here
   return 0;
 }
 int pthread_mutex_destroy(pthread_mutex_t*) { return 0; }
@@ -68,22 +68,22 @@ int pthread_mutex_unlock(pthread_mutex_t* mutex) {
   ReleaseSRWLockExclusive(native<SRWLOCK>(mutex));
   return 0;
 }
-int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex) {
-  SleepConditionVariableSRW(native<CONDITION_VARIABLE>(condition), native<SRWLOCK>(mutex), INFINITE,
-                            0);
+int pthread_cond_wait(pthread_cond_t* cv, pthread_mutex_t* external_mutex) {
+  SleepConditionVariableSRW(native<CONDITION_VARIABLE>(cv), native<SRWLOCK>(external_mutex),
+                            INFINITE, 0);
   return 0;
 }
-int pthread_cond_broadcast(pthread_cond_t* condition) {
-  WakeAllConditionVariable(native<CONDITION_VARIABLE>(condition));
+int pthread_cond_broadcast(pthread_cond_t* cv) {
+  WakeAllConditionVariable(native<CONDITION_VARIABLE>(cv));
   return 0;
 }
 // What the run time sets up once are its mutexes and tables, one without the other.
-int pthread_once(pthread_once_t* state, void (*set_up)()) {
-  if (__atomic_load_n(state, __ATOMIC_ACQUIRE) != 0) return 0;
+int pthread_once(pthread_once_t* o, void (*func)()) {
+  if (__atomic_load_n(o, __ATOMIC_ACQUIRE) != 0) return 0;
   AcquireSRWLockExclusive(&once);
-  if (*state == 0) {
-    set_up();
-    __atomic_store_n(state, 1, __ATOMIC_RELEASE);
+  if (*o == 0) {
+    func();
+    __atomic_store_n(o, 1, __ATOMIC_RELEASE);
   }
   ReleaseSRWLockExclusive(&once);
   return 0;

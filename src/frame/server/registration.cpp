@@ -4,6 +4,7 @@
 // olectl.h needs windows.h before it.
 #include <olectl.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -176,11 +177,11 @@ std::vector<std::wstring> children(HKEY parent, const std::wstring& path) {
 
 // Is a type library of that version still registered, for whatever locale and system?
 bool has_library(HKEY classes, const std::wstring& version) {
-  for (const std::wstring& locale : children(classes, version)) {
-    // Beside the locales, a version's key has FLAGS and HELPDIR, which have no keys below.
-    if (!children(classes, version + L"\\" + locale).empty()) return true;
-  }
-  return false;
+  const auto locales = children(classes, version);
+  // Beside the locales, a version's key has FLAGS and HELPDIR, which have no keys below.
+  return std::ranges::any_of(locales, [&](const std::wstring& locale) {
+    return !children(classes, std::wstring(version).append(L"\\").append(locale)).empty();
+  });
 }
 
 // The library of the other bitness is registered below the same key, and stays.
