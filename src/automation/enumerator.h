@@ -5,12 +5,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <atomic>
 #include <memory>
 #include <new>
 #include <vector>
 
-#include "automation/server.h"
+#include "automation/counted_object.h"
 
 namespace qv {
 
@@ -18,7 +17,7 @@ namespace qv {
 //   static HRESULT copy(Item* target, const Item& source) noexcept;
 //   static void drop(Item& item) noexcept;
 template <class Traits>
-class Enumerator final : public Traits::Interface {
+class Enumerator final : public CountedObject<typename Traits::Interface> {
  public:
   using Item = typename Traits::Item;
   // The list belongs to all clones together.
@@ -37,28 +36,7 @@ class Enumerator final : public Traits::Interface {
   };
 
   explicit Enumerator(std::shared_ptr<const List> list, std::size_t position = 0) noexcept
-      : list_(std::move(list)), position_(position) {
-    server::count_object(1);
-  }
-  Enumerator(const Enumerator&) = delete;
-  Enumerator& operator=(const Enumerator&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, __uuidof(typename Traits::Interface))) {
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<typename Traits::Interface*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+      : list_(std::move(list)), position_(position) {}
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, Item* items, ULONG* fetched) override {
     if (fetched != nullptr) *fetched = 0;
@@ -91,9 +69,6 @@ class Enumerator final : public Traits::Interface {
   }
 
  private:
-  virtual ~Enumerator() { server::count_object(-1); }
-
-  std::atomic<ULONG> references_{1};
   std::shared_ptr<const List> list_;
   std::size_t position_;
 };

@@ -1,7 +1,9 @@
 #include "collections/lemma.h"
 
+#include <utility>
+
 #include "automation/arguments.h"
-#include "automation/class_object.h"
+#include "automation/counted_object.h"
 
 namespace qv::collections {
 namespace {
@@ -29,28 +31,9 @@ HRESULT copy_out(const Variant& source, VARIANT* result) noexcept {
   return VariantCopy(result, source.raw());
 }
 
-class Lemma final : public _kwLemma {
+class Lemma final : public CountedObject<_kwLemma, IDispatch> {
  public:
-  Lemma(const Variant& item, const Variant& value) : value_(value), item_(item) {
-    server::count_object(1);
-  }
-  Lemma(const Lemma&) = delete;
-  Lemma& operator=(const Lemma&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IDispatch)) return E_NOINTERFACE;
-    *object = static_cast<_kwLemma*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+  Lemma(Variant item, Variant value) : value_(std::move(value)), item_(std::move(item)) {}
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
     if (count == nullptr) return E_POINTER;
@@ -78,8 +61,6 @@ class Lemma final : public _kwLemma {
   HRESULT STDMETHODCALLTYPE put_Item(VARIANT value) override { return take(item_, value); }
 
  private:
-  ~Lemma() { server::count_object(-1); }
-
   static HRESULT take(Variant& member, VARIANT& value) noexcept {
     VARIANT copy;
     VariantInit(&copy);
@@ -88,7 +69,6 @@ class Lemma final : public _kwLemma {
     return status;
   }
 
-  ULONG references_ = 1;
   Variant value_;
   Variant item_;
 };

@@ -5,7 +5,7 @@
 #include <limits>
 #include <new>
 
-#include "automation/class_object.h"
+#include "automation/counted_object.h"
 #include "native/ordered/keyed_list.h"
 #include "runtime/characters.h"
 
@@ -74,29 +74,11 @@ class Collection::Items : public native::ordered::KeyedList<Variant> {
   }
 };
 
-class Collection::Enumerator final : public IEnumVARIANT {
+class Collection::Enumerator final : public CountedObject<IEnumVARIANT> {
  public:
   Enumerator(std::shared_ptr<Items> items, std::size_t passed)
       : items_(std::move(items)), passed_(passed) {
     items_->attach_cursor(passed_);
-    server::count_object(1);
-  }
-  Enumerator(const Enumerator&) = delete;
-  Enumerator& operator=(const Enumerator&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IEnumVARIANT)) return E_NOINTERFACE;
-    *object = static_cast<IEnumVARIANT*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) override {
@@ -136,12 +118,8 @@ class Collection::Enumerator final : public IEnumVARIANT {
   }
 
  private:
-  ~Enumerator() {
-    items_->detach_cursor(passed_);
-    server::count_object(-1);
-  }
+  ~Enumerator() { items_->detach_cursor(passed_); }
 
-  ULONG references_ = 1;
   std::shared_ptr<Items> items_;
   std::size_t passed_;
 };

@@ -12,6 +12,7 @@
 
 #include "automation/arguments.h"
 #include "automation/class_object.h"
+#include "automation/counted_object.h"
 #include "automation/thread_state.h"
 #include "frame/server/catalogue.h"
 #include "frame/server/cpp_run_time.h"
@@ -61,26 +62,9 @@ HRESULT find_record(IRecordInfo** info) noexcept {
   return SUCCEEDED(status) ? GetRecordInfoFromTypeInfo(description.get(), info) : status;
 }
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public CountedObject<IClassFactory> {
  public:
-  explicit ClassFactory(const ClassEntry& entry) noexcept : entry_(entry) { count_object(1); }
-  ClassFactory(const ClassFactory&) = delete;
-  ClassFactory& operator=(const ClassFactory&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IClassFactory)) return E_NOINTERFACE;
-    *object = static_cast<IClassFactory*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+  explicit ClassFactory(const ClassEntry& entry) noexcept : entry_(entry) {}
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) override {
     if (object == nullptr) return E_POINTER;
@@ -99,10 +83,7 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  ~ClassFactory() { count_object(-1); }
-
   const ClassEntry& entry_;
-  std::atomic<ULONG> references_{1};
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 // instance, or any object that answers to the names.
 #include <new>
 
+#include "automation/counted_object.h"
 #include "automation/late_bound.h"
 #include "frame/server/forward.h"
 #include "frame/server/server.h"
@@ -33,32 +34,10 @@ class LentVariable {
   Variant copy_;
 };
 
-class SortAdapter final : public _QvSort {
+class SortAdapter final : public CountedObject<_QvSort, IDispatch, _QvSort> {
  public:
   explicit SortAdapter(const Object<IDispatch>& helper)
-      : helper_(helper), compare_(helper, L"Compare"), swap_(helper, L"Swap") {
-    count_object(1);
-  }
-  SortAdapter(const SortAdapter&) = delete;
-  SortAdapter& operator=(const SortAdapter&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IDispatch) &&
-        !IsEqualIID(id, __uuidof(_QvSort))) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<_QvSort*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+      : helper_(helper), compare_(helper, L"Compare"), swap_(helper, L"Swap") {}
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
     return helper_.get()->GetTypeInfoCount(count);
@@ -85,8 +64,6 @@ class SortAdapter final : public _QvSort {
   }
 
  private:
-  ~SortAdapter() { count_object(-1); }
-
   static Variant call(const late_bound::Method& method, VARIANT* a1, VARIANT* a2) {
     LentVariable first(a1);
     LentVariable second(a2);
@@ -107,7 +84,6 @@ class SortAdapter final : public _QvSort {
     }
   }
 
-  ULONG references_ = 1;
   Object<IDispatch> helper_;
   late_bound::Method compare_;
   late_bound::Method swap_;
