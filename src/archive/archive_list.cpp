@@ -1,6 +1,7 @@
 #include "archive/archive_reader.h"
 #include "archive/opened_archive.h"
 #include "class_tables.h"
+#include "collections/keyed_collection.h"
 #include "frame/error_state.h"
 
 namespace qv::archive {
@@ -12,7 +13,7 @@ namespace cpr = native::cpr;
 BSTR lent(const Text& text) noexcept { return const_cast<wchar_t*>(text.data()); }
 
 Object<_QvtFileInfo> info_of(const cpr::ArchiveEntry& entry) {
-  const auto info = Object<_QvtFileInfo>::from(create_QvtFileInfo());
+  auto info = Object<_QvtFileInfo>::from(create_QvtFileInfo());
   check(info->put_CreationTime(entry.created));
   check(info->put_FileAttributes(entry.attributes));
   check(info->put_FileName(lent(text_of_stored(entry.name))));
@@ -24,19 +25,15 @@ Object<_QvtFileInfo> info_of(const cpr::ArchiveEntry& entry) {
   return info;
 }
 
-void add(const Object<_kwCollection>& list, const Object<_QvtFileInfo>& info) {
-  const Variant item(Object<IDispatch>(info.get()));
-  const Variant missing = Variant::missing();
-  check(list->Add(item.raw(), missing.raw(), missing.raw(), missing.raw()));
-}
-
 }  // namespace
 
 Boolean FileUnzipInfo(const Text& Source, const Object<_kwCollection>& RetInfo, Long) {
   return frame::handled(L"Module.FileUnzipInfo", frame::kTakeError, True, [&] {
-    check(RetInfo->Clear());
+    collections::clear(RetInfo);
     const OpenedArchive archive(Source);
-    for (const cpr::ArchiveEntry& entry : archive.head().entries) add(RetInfo, info_of(entry));
+    for (const cpr::ArchiveEntry& entry : archive.head().entries) {
+      collections::add(RetInfo, Variant(Object<IDispatch>(info_of(entry).get())));
+    }
     return False;
   });
 }

@@ -6,6 +6,7 @@
 #include "archive/file_streams.h"
 #include "archive/opened_archive.h"
 #include "automation/bytes.h"
+#include "collections/keyed_collection.h"
 #include "constants.h"
 #include "datetime/file_times.h"
 #include "files/file_operations.h"
@@ -36,18 +37,6 @@ constexpr Long kRestorableAttributes = kReadOnly | kHidden | kSystem | kArchive;
 
 // A step that failed and has told the error state: what there is to do is to clean up.
 struct Told {};
-
-Variant item_of(const Object<_kwCollection>& list, const Variant& key) {
-  VARIANT item{};
-  check(list->get_Item(key.raw(), &item));
-  return Variant::adopt(item);
-}
-
-bool has_item(const Object<_kwCollection>& list, const Variant& key) {
-  Boolean found;
-  check(list->ItemExist(key.raw(), reinterpret_cast<VARIANT_BOOL*>(&found)));
-  return found;
-}
 
 // The language's Name statement, from one folder to another of any drive. A file that has the name
 // is not replaced.
@@ -119,8 +108,8 @@ class Extractor {
     Text given;
     if (list_) {
       const Variant key(stored);
-      if (!has_item(list_, key)) return;
-      given = item_of(list_, key).to_text();
+      if (!collections::exists(list_, key)) return;
+      given = collections::item(list_, key).to_text();
     }
     if (entry.is_directory()) {
       files::Path_Create(usual_name(stored, true));
@@ -153,7 +142,7 @@ class Extractor {
   // A pattern is no name, and deleting by it would take the folder's other files along.
   static bool is_safe(const Text& name) {
     const auto units = name.view();
-    return units.find_first_of(L"*?") == units.npos &&
+    return units.find_first_of(L"*?") == std::wstring_view::npos &&
            cpr::stays_in_folder({reinterpret_cast<const char16_t*>(units.data()), units.size()});
   }
 
@@ -214,7 +203,7 @@ class Extractor {
 
   void put_in_place(const cpr::ArchiveEntry& entry, const Text& name) {
     const auto separator = name.view().rfind(L'\\');
-    if (separator != name.view().npos) {
+    if (separator != std::wstring_view::npos) {
       const Text folder(name.view().substr(0, separator));
       if (!path_exists(folder)) files::Path_Create(folder);
     }

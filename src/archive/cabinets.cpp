@@ -5,6 +5,7 @@
 #include "archive/cabinet_reader.h"
 #include "archive/cabinet_writer.h"
 #include "class_tables.h"
+#include "collections/keyed_collection.h"
 #include "datetime/packed_dates.h"
 #include "files/path_text.h"
 #include "frame/error_state.h"
@@ -61,9 +62,7 @@ void add(const Object<_kwCollection>& list, const CabinetEntry& entry) {
   check(info->put_LastWriteTime(date.days));
   check(info->put_CreationTime(date.days));
   check(info->put_FileAttributes(entry.attributes));
-  const Variant item(Object<IDispatch>(info.get()));
-  const Variant missing = Variant::missing();
-  check(list->Add(item.raw(), missing.raw(), missing.raw(), missing.raw()));
+  collections::add(list, Variant(Object<IDispatch>(info.get())));
 }
 
 }  // namespace

@@ -48,35 +48,11 @@ Variant item(const Object<_kwCollection>& collection, const Variant& index) {
   return result;
 }
 
-Text key(const Object<_kwCollection>& collection, const Variant& index) {
-  if (const kwCollection* own = own_collection(collection)) return own->get_Key(index);
-  BSTR result = nullptr;
-  check_foreign(collection, collection->get_Key(index.raw(), &result));
-  return Text::adopt(result);
-}
-
-std::optional<Variant> find(const Object<_kwCollection>& collection, const Variant& index) {
-  Variant result;
-  if (const kwCollection* own = own_collection(collection)) {
-    if (own->ItemAssign(index, result)) return std::nullopt;
-    return result;
-  }
-  VARIANT_BOOL missing = VARIANT_FALSE;
-  check_foreign(collection, collection->ItemAssign(index.raw(), result.raw(), &missing));
-  if (missing != VARIANT_FALSE) return std::nullopt;
-  return result;
-}
-
 bool exists(const Object<_kwCollection>& collection, const Variant& index) {
   if (const kwCollection* own = own_collection(collection)) return own->ItemExist(index);
   VARIANT_BOOL there = VARIANT_FALSE;
   check_foreign(collection, collection->ItemExist(index.raw(), &there));
   return there != VARIANT_FALSE;
-}
-
-void remove(const Object<_kwCollection>& collection, const Variant& index) {
-  if (kwCollection* own = own_collection(collection)) return own->Remove(index);
-  check_foreign(collection, collection->Remove(index.raw()));
 }
 
 void clear(const Object<_kwCollection>& collection) {

@@ -54,11 +54,7 @@ void add(const Object<_kwCollection>& collection, const Variant& item, const Tex
 Long count(const Object<_kwCollection>& collection);
 // An index is a key or a position from 1.
 Variant item(const Object<_kwCollection>& collection, const Variant& index);
-Text key(const Object<_kwCollection>& collection, const Variant& index);
-// Never raise for an item that is not there.
-std::optional<Variant> find(const Object<_kwCollection>& collection, const Variant& index);
 bool exists(const Object<_kwCollection>& collection, const Variant& index);
-void remove(const Object<_kwCollection>& collection, const Variant& index);
 void clear(const Object<_kwCollection>& collection);
 
 // Does any object that has a member Item hold an object under that key or position?

@@ -5,6 +5,7 @@
 
 #include "automation/thread_state.h"
 #include "class_tables.h"
+#include "collections/keyed_collection.h"
 #include "datetime/file_times.h"
 #include "files/file_info.h"
 #include "files/path_text.h"
@@ -88,7 +89,7 @@ class NameList {
 // A record of each file goes into the caller's collection.
 class RecordList {
  public:
-  explicit RecordList(const Object<_kwCollection>& list) : list_(list) { check(list->Clear()); }
+  explicit RecordList(const Object<_kwCollection>& list) : list_(list) { collections::clear(list); }
 
   static bool is_wanted(DWORD, Long) noexcept { return true; }
   void add(const Text& folder, const WIN32_FIND_DATAW& entry) {
@@ -100,11 +101,7 @@ class RecordList {
     info.FileName = concat({folder, entry.cFileName});
     info.FileAttributes = static_cast<Long>(entry.dwFileAttributes);
     info.FileSize = static_cast<Long>(entry.nFileSizeLow);
-    Variant item{Object<IDispatch>(object.get())};
-    Variant key = Variant::missing();
-    Variant before = Variant::missing();
-    Variant after = Variant::missing();
-    check(list_->Add(item.raw(), key.raw(), before.raw(), after.raw()));
+    collections::add(list_, Variant(Object<IDispatch>(object.get())));
   }
   void publish() {}
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "automation/foreign_error.h"
 #include "automation/late_bound.h"
 #include "constants.h"
 #include "frame/error_state.h"
@@ -83,7 +84,7 @@ void TranslKeyDisplay(Text& Key) {
 Boolean TranslDelimKey(Text& KeyValue, const Object<_kwCollection>& SortTables) {
   return frame::handled(L"KwRtLibMod.TranslDelimKey", frame::kTakeError, True, [&] {
     Long count = 0;
-    check(SortTables->Count(reinterpret_cast<LONG*>(&count)));
+    check_foreign(SortTables, SortTables->Count(reinterpret_cast<LONG*>(&count)));
     Long index = 0;
     Text output;
     while (!KeyValue.empty()) {
@@ -95,7 +96,7 @@ Boolean TranslDelimKey(Text& KeyValue, const Object<_kwCollection>& SortTables) 
 
       Variant position(index);
       Variant item;
-      check(SortTables->get_Item(position.raw(), item.raw()));
+      check_foreign(SortTables, SortTables->get_Item(position.raw(), item.raw()));
       const auto sort_table = item.to_object();
       const Integer flags = late_bound::get(sort_table, L"SortFlags").to_integer();
       const Text table = late_bound::get(sort_table, L"Table").to_text();
