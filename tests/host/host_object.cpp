@@ -124,7 +124,10 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
   const auto argument = [&](UINT i) -> const VARIANT& { return parameters->rgvarg[count - 1 - i]; };
   switch (id) {
     case kEcho:
-      print_line(text_of(argument(0)));
+      if (const std::wstring line = text_of(argument(0));
+          shows_all_ || line.starts_with(L"FAILED")) {
+        print_line(line);
+      }
       break;
     case kConnect: {
       IUnknown* source = object_of(argument(0));

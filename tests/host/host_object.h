@@ -34,6 +34,8 @@ namespace qv::tests {
 
 class HostObject final : public IDispatch {
  public:
+  // What the script echoes is printed, all of it or the lines about failures.
+  explicit HostObject(bool shows_all) : shows_all_(shows_all) {}
   void set_script(IActiveScript* script);
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
@@ -51,6 +53,7 @@ class HostObject final : public IDispatch {
                                    VARIANT* result, EXCEPINFO*, UINT*) override;
 
  private:
+  bool shows_all_;
   IActiveScript* script_ = nullptr;
   std::vector<EventSink*> sinks_;
   std::unique_ptr<BoxPresser> presser_;

@@ -1,5 +1,5 @@
 ' Values and their bytes, late bound, on a system of code page 1252.
-Dim text, i, all, bytes, value, name
+Dim text, i, all, bytes, value, name, list
 
 ' The characters of a list of byte values.
 Function Characters(codes)
@@ -119,7 +119,8 @@ Check "Make_Int of 0 and 128", Make_Int(0, 128), CInt(-32768)
 Check "Make_Long", Make_Long(&H5678, &H1234), CLng(305419896)
 Check "Make_Long of -1 and 0", Make_Long(-1, 0), CLng(65535)
 Check "Make_Long of 0 and -1", Make_Long(0, -1), CLng(-65536)
-For Each value In Array(0, 1, -1, 305419896, -305419896)
+list = Array(0, 1, -1, 305419896, -305419896)
+For Each value In list
   Check "Make_Long puts " & value & " together", Make_Long(Lo_Word(value), Hi_Word(value)), CLng(value)
 Next
 Finish

@@ -94,7 +94,8 @@ Check "that a script can index", counter(0), CByte(7)
 Check "Bloom_CopyFrom takes it", Bloom_CopyFrom(g, counter), CLng(13)
 Check "8 bits a byte", g.Bits, CLng(104)
 
-Dim sums(99)
+Dim sums
+ReDim sums(99)
 Dim i
 For i = 0 To 99: sums(i) = CInt(0): Next
 counter = sums

@@ -4,7 +4,8 @@ Const PR_NODATA = 0, PR_NEWDATA = 1, PR_ERROR = -1
 Const O_RDWR = 4, SH_DENYNO = 64
 Const kName = "\\.\pipe\qvrt_script"
 Const kModule = "QvRtLibOle.modNamedPipes."
-Dim pipe, pipes(10), request, room, i, peer, result
+Dim pipe, pipes, request, room, i, peer, result
+ReDim pipes(10)
 
 Set request = CreateObject("QvRtLibOle.kwPipeData")
 Set room = CreateObject("QvRtLibOle.kwPipeData")

@@ -15,7 +15,7 @@ Check "stays empty too", password, ""
 
 password = "segreto"
 Check "PasswordCryptEx without a code succeeds", PasswordCryptEx(password), False
-Check "three fields", UBound(Split(password, "-")), CLng(2)
+Check "three fields", Occurrences("-", password), CLng(2)
 Check "a full text is restored", PasswordDecrypt(password), False
 Check "to the password", password, "segreto"
 

@@ -59,7 +59,7 @@ Check "one has no folder of its own", spools, "D:\spool" & Chr(0) & "C:\spool"
 Check "Get_SpoolPath of all", Get_SpoolPath(fallback, names, spools, GSP_ENUMALLPRINTERS), False
 Check "has the first", InStr(names, "QvScriptA") > 0, True
 Check "has the second", InStr(names, "QvScriptB") > 0, True
-Check "in step", UBound(Split(names, Chr(0))) = UBound(Split(spools, Chr(0))), True
+Check "in step", Occurrences(Chr(0), names), Occurrences(Chr(0), spools)
 Check "Get_SpoolPath without arguments", Get_SpoolPath(), False
 n = RegistryDeleteKey(PRINTERS & "\QvScriptA", HKLM)
 n = RegistryDeleteKey(PRINTERS & "\QvScriptB", HKLM)

@@ -1,5 +1,5 @@
 ' Property bags of both forms, late bound.
-Dim bag, other, buffer, value, i, name, offset
+Dim bag, other, buffer, value, i, name, offset, list
 
 Set bag = CreateObject("QvRtLibOle.QvtPropertyBag2")
 Check "a new bag has Version 0", bag.Version, CLng(0)
@@ -28,11 +28,13 @@ Check "Flush again gives the same", other.Flush, buffer
 
 ' Every type of its own.
 Set bag = CreateObject("QvRtLibOle.QvtPropertyBag2")
-For Each value In Array(CInt(3), CLng(4), CSng(1.5), CDbl(2.5), CCur(1.25), CDate(2.5), True, "text")
+list = Array(CInt(3), CLng(4), CSng(1.5), CDbl(2.5), CCur(1.25), CDate(2.5), True, "text")
+For Each value In list
   Check "a value of type " & VarType(value) & " is written", bag.WriteProperty(value, "n" & VarType(value)), False
 Next
 i = bag.Load(bag.Flush)
-For Each value In Array(CInt(3), CLng(4), CSng(1.5), CDbl(2.5), CCur(1.25), CDate(2.5), True, "text")
+list = Array(CInt(3), CLng(4), CSng(1.5), CDbl(2.5), CCur(1.25), CDate(2.5), True, "text")
+For Each value In list
   Check "a value of type " & VarType(value) & " comes back", bag.ReadProperty("n" & VarType(value), Empty), value
 Next
 Check "a Byte is written", bag.WriteProperty(CByte(200), "b"), False
@@ -80,7 +82,8 @@ Check "with Version 512", bag.Version, CLng(512)
 
 ' Deleting and replacing.
 Set bag = CreateObject("QvRtLibOle.QvtPropertyBag2")
-For Each name In Array("a", "b", "c")
+list = Array("a", "b", "c")
+For Each name In list
   i = bag.WriteProperty(name & name, name)
 Next
 Check "deleting an absent name succeeds", bag.DeleteProperty("d"), False

@@ -1,5 +1,5 @@
 ' Raw buffers, late bound.
-Dim buffer, offset, value, i, item, steps
+Dim buffer, offset, value, i, item, steps, list
 
 Const PUT_SOURCE = "KwRtLibMod.Buffer_Put"
 Const GET_SOURCE = "KwRtLibMod.Buffer_Get"
@@ -74,7 +74,8 @@ Check "Offset counts the prefix", offset, CLng(8)
 Buffer_Put buffer, offset, CInt(1), True
 Check "the prefix concerns texts only", offset, CLng(10)
 
-For Each item In Array(0, 16382, 16383, 16384, 32767, 32768)
+list = Array(0, 16382, 16383, 16384, 32767, 32768)
+For Each item In list
   Start "", 1
   Buffer_Put buffer, offset, String(item, "x")
   steps = (item + 1 + 16383) \ 16384
@@ -99,7 +100,8 @@ Start "abc", 1
 Buffer_Put buffer, offset, buffer, True
 Check "a buffer can be put into itself with its prefix", Content(), Long_2_Str(3) & "abc"
 
-For Each item In Array(0, -1, CLng(-2147483647))
+list = Array(0, -1, CLng(-2147483647))
+For Each item In list
   Start "abcdefgh", item
   Check "Buffer_Put at Offset " & item & " fails", Buffer_Put(buffer, offset, CInt(1)), True
   CheckRecord "Buffer_Put at Offset " & item & " is error 5", 5, PUT_SOURCE
@@ -131,7 +133,8 @@ CheckGet "a Currency", Currency_2_Str(CCur("1.5")), CCur(0), CCur("1.5")
 CheckGet "a text", "abc", "...", "abc"
 CheckGet "an empty text", "", "", ""
 CheckGet "a digit as a Byte", "7", CByte(0), CByte(7)
-For Each item In Array(0, 32, 47, 58, 65, 128, 178, 255)
+list = Array(0, 32, 47, 58, 65, 128, 178, 255)
+For Each item In list
   value = CByte(9)
   Start Chr(item), 1
   Check "Buffer_Get of the Byte " & item & " fails", Buffer_Get(buffer, offset, value), True
@@ -172,14 +175,16 @@ Check "a prefix that is cut fails", Buffer_Get(buffer, offset, value, True), Tru
 CheckRecord "it is out of range and recorded once", 9, GET_SOURCE
 Check "Offset stays", offset, CInt(1)
 
-For Each item In Array(0, 2, 5, 6, 1000, 2147483647)
+list = Array(0, 2, 5, 6, 1000, 2147483647)
+For Each item In list
   Start "abcd", item
   value = CLng(7)
   Check "Buffer_Get of a Long at Offset " & item & " of 4 fails", Buffer_Get(buffer, offset, value), True
   CheckRecord "Buffer_Get of a Long at Offset " & item & " of 4 is out of range", 9, GET_SOURCE
   Check "Buffer_Get of a Long at Offset " & item & " of 4 leaves the variable", value, CLng(7)
 Next
-For Each item In Array(-1, -1000)
+list = Array(-1, -1000)
+For Each item In list
   Start "abcd", item
   Check "Buffer_Get at Offset " & item & " fails", Buffer_Get(buffer, offset, value), True
   CheckRecord "Buffer_Get at Offset " & item & " is error 5", 5, GET_SOURCE

@@ -82,8 +82,12 @@ Finish
 
 ' The arguments of each call of the installer.
 Function CallsOfHelper()
-  Dim line
-  For Each line In Split(files.OpenTextFile(folder & "instsrv.log").ReadAll, vbLf)
+  Dim log, at, line
+  log = files.OpenTextFile(folder & "instsrv.log").ReadAll & vbLf
+  Do While log <> ""
+    at = InStr(log, vbLf)
+    line = Left(log, at - 1)
+    log = Mid(log, at + 1)
     If Left(line, 10) = "arguments=" Then CallsOfHelper = CallsOfHelper & Mid(line, 11) & vbLf
-  Next
+  Loop
 End Function

@@ -1,5 +1,5 @@
 ' Sorting and searching, late bound: arrays of Variant and typed ones, a script's own helper.
-Dim a, i, n, text, key, helper, box, near, first, buffer, start_from, none, bounds
+Dim a, i, n, text, key, helper, box, near, first, buffer, start_from, none, bounds, list
 none = Host.Missing
 
 Function Listed(array_of_values)
@@ -32,10 +32,6 @@ Check "numbers come before texts, texts in the order of their codes", Listed(a),
 a = Host.Longs(5, -3, 4, 70000)
 Check "a typed array is sorted", QuickSort(a), False
 Check "and stays one", Longs_Of(a), "-3;4;5;70000;"
-Dim fixed(4)
-For i = 0 To 4: fixed(i) = 9 - i: Next
-Check "an array variable of a script is sorted", QuickSort(fixed), False
-Check "in the script's own variable", Listed(fixed), "Integer 5;Integer 6;Integer 7;Integer 8;Integer 9;"
 a = Array(9, 8, 7, 6)
 Check "a range is sorted", QuickSort(a, 1, 2), False
 Check "and the rest left alone", Listed(a), "Integer 9;Integer 7;Integer 8;Integer 6;"
@@ -155,7 +151,8 @@ CheckRecord "that fails with the language's error", 13, "KwRtLibMod.QuickSort"
 Check "an object with both bounds is sorted by copies", QuickSort(box, 1, 3), False
 Check "so it stays as it is", Listed(box.Things), "Integer 0;Integer 5;Integer 3;Integer 4;"
 Set box = CreateObject("QvRtLibOle.kwCollection")
-For Each i In Array(5, 3, 9, 1): box.Add i: Next
+list = Array(5, 3, 9, 1)
+For Each i In list: box.Add i: Next
 Check "a collection is sorted by copies too", QuickSort(box, 1, 4), False
 Check "and stays as it is", box(1), CInt(5)
 Check "a range beyond a collection fails", QuickSort(box, 1, 5), True
@@ -180,7 +177,8 @@ Sub Add_Record(number)
   box.Add new_record
 End Sub
 Set box = CreateObject("QvRtLibOle.kwCollection")
-For Each i In Array(5, 3, 9, 1): Add_Record i: Next
+list = Array(5, 3, 9, 1)
+For Each i In list: Add_Record i: Next
 Check "objects of a collection are sorted by what they hold", QuickSort(box, 1, 4, New By_Number), False
 text = ""
 For Each i In box: text = text & i.Number & ";": Next
@@ -294,6 +292,5 @@ Check "an array of a type that has none is Empty", a, Empty
 Check "and nothing is recorded for it", Check_Error(), False
 Check "GetArrayDims of a number is 0", GetArrayDims(5), CLng(0)
 Check "GetArrayDims of an array that is not allocated is 0", GetArrayDims(Host.Empty_Array(3)), CLng(0)
-Check "GetArrayDims does not follow the reference that an array variable is", GetArrayDims(fixed), CLng(0)
 
 Finish

@@ -50,7 +50,8 @@ CheckInteger "DblClick_Rect height", h
 
 ' The user's settings hold each colour as three numbers.
 Sub CheckColour(setting, value)
-  Dim rest, parts(2), n, at
+  Dim rest, parts, n, at
+  ReDim parts(2)
   rest = shell.RegRead("HKCU\Control Panel\Colors\" & setting) & " "
   For n = 0 To 2
     at = InStr(rest, " ")

@@ -1,5 +1,5 @@
 ' Typed buffers, late bound.
-Dim buffer, offset, value, i, nothing_there
+Dim buffer, offset, value, i, nothing_there, list
 
 ' The bytes of a text in hexadecimal, with a blank between them.
 Function Bytes_Of(text)
@@ -69,11 +69,13 @@ Check "and nothing is recorded", Check_Error(), False
 
 ' A sequence is read without knowing what was written.
 buffer = ""
-For Each value In Array(CInt(-2), CLng(1), CSng(1.5), CDbl(-2), CCur(1.25), CDate(2.5), True, "ab", "")
+list = Array(CInt(-2), CLng(1), CSng(1.5), CDbl(-2), CCur(1.25), CDate(2.5), True, "ab", "")
+For Each value In list
   i = BufferTyped_Put(buffer, value)
 Next
 offset = 1
-For Each value In Array(CInt(-2), CLng(1), CSng(1.5), CDbl(-2), CCur(1.25), CDate(2.5), True, "ab", "")
+list = Array(CInt(-2), CLng(1), CSng(1.5), CDbl(-2), CCur(1.25), CDate(2.5), True, "ab", "")
+For Each value In list
   Check "a value of type " & VarType(value) & " comes back", BufferTyped_Get(buffer, offset), value
 Next
 Check "Offset stands behind the last value", offset, CLng(Len(buffer) + 1)
@@ -91,7 +93,8 @@ buffer = Chr(11) & Chr(7) & Chr(0): offset = 1
 Check "any Integer but 0 is True", BufferTyped_Get(buffer, offset), True
 
 On Error Resume Next
-For Each i In Array(0, 1, 9, 10, 12, 16, 18, 254)
+list = Array(0, 1, 9, 10, 12, 16, 18, 254)
+For Each i In list
   buffer = Chr(i) & "abcdefgh": offset = 1
   value = BufferTyped_Get(buffer, offset)
   CheckError "tag " & i & " is unknown", 13, "Type mismatch"

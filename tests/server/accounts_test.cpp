@@ -56,9 +56,9 @@ class UserAccounts : public testing::Test {
   void expect_error(LONG number, std::wstring_view description) {
     String text;
     EXPECT_EQ(error_number(), number);
-    global_->Error_Description(&text);
+    global_->Error_Description(text.receive());
     EXPECT_EQ(text.view(), description);
-    global_->Error_Source(&text);
+    global_->Error_Source(text.receive());
     EXPECT_EQ(text, L"QvRtLibOle.KwRtLibMod.UserCreate, 0");
     global_->Reset_Error();
   }
@@ -145,7 +145,7 @@ TEST_F(UserAccounts, a_path_that_leads_nowhere_is_a_failure) {
     EXPECT_TRUE(directory.calls.back().starts_with(failing));
     EXPECT_NE(error_number(), 0);
     String source;
-    global_->Error_Source(&source);
+    global_->Error_Source(source.receive());
     EXPECT_EQ(source, L"QvRtLibOle.KwRtLibMod.UserCreate, 0");
     global_->Reset_Error();
   }
@@ -213,7 +213,7 @@ TEST_F(EventLog, a_kind_that_fits_no_entry_is_an_overflow) {
   String source;
   global_->Error_Number(&number);
   EXPECT_EQ(number, 6);
-  global_->Error_Source(&source);
+  global_->Error_Source(source.receive());
   EXPECT_EQ(source, L"QvRtLibOle.KwRtLibMod.LogEvent, 0");
 }
 

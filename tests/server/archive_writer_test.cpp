@@ -436,11 +436,12 @@ TEST_F(FileZip, a_second_archive_may_be_made_from_inside_an_event) {
 
 TEST(ZipFile, fields_hold_what_they_are_given) {
   const auto file = create<_ZipFile>(CLSID_ZipFile);
+  String no_name;
   String name;
   LONG number = -1;
   DATE date = 0;
-  EXPECT_EQ(file->get_FileName(&name), S_OK);
-  EXPECT_EQ(name.view(), L"");
+  EXPECT_EQ(file->get_FileName(&no_name), S_OK);
+  EXPECT_EQ(no_name.view(), L"");
   EXPECT_EQ(file->get_FileSize(&number), S_OK);
   EXPECT_EQ(number, 0);
   EXPECT_EQ(file->put_FileName(String(std::wstring_view(L"a.txt\0rest", 10))), S_OK);

@@ -130,12 +130,13 @@ class ChangeNotification : public testing::Test {
     return std::wstring(text.view());
   }
   void expect_error(LONG number, std::wstring_view description) {
-    String text;
+    String actual_description;
+    String source;
     EXPECT_EQ(error_number(), number);
-    global_->Error_Description(&text);
-    EXPECT_EQ(text.view(), description);
-    global_->Error_Source(&text);
-    EXPECT_EQ(text, L"QvtNotify.NotifyFileChange");
+    global_->Error_Description(&actual_description);
+    EXPECT_EQ(actual_description.view(), description);
+    global_->Error_Source(&source);
+    EXPECT_EQ(source, L"QvtNotify.NotifyFileChange");
     global_->Reset_Error();
   }
   // The system gives the lowest number that is free.

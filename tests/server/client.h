@@ -80,6 +80,11 @@ class String {
   ~String() { SysFreeString(bstr_); }
 
   BSTR* operator&() { return &bstr_; }
+  // For a call that fills in a result and frees nothing.
+  BSTR* receive() {
+    SysFreeString(std::exchange(bstr_, nullptr));
+    return &bstr_;
+  }
   operator BSTR() const { return bstr_; }
   std::wstring_view view() const {
     return bstr_ == nullptr ? std::wstring_view() : std::wstring_view(bstr_, SysStringLen(bstr_));

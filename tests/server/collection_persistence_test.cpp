@@ -340,6 +340,7 @@ TEST(CollectionPersistence, errors_of_a_late_bound_bag_keep_number_source_and_te
   EXPECT_STREQ(exception.bstrDescription, L"Data value named '' not found");
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrHelpFile);
 }
 
 TEST(CollectionPersistence, Nothing_and_objects_that_are_no_bags_are_refused) {
@@ -350,12 +351,14 @@ TEST(CollectionPersistence, Nothing_and_objects_that_are_no_bags_are_refused) {
   EXPECT_EQ(exception.scode, error_result(91));
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrHelpFile);
   exception = {};
   CountedObject other;
   EXPECT_EQ(call(c, L"WriteProperties", &other, &exception), DISP_E_EXCEPTION);
   EXPECT_EQ(exception.scode, error_result(438));
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrHelpFile);
   EXPECT_EQ(other.references, 1U);
 }
 

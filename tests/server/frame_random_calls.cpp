@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "server/thread_state.h"
+
 // Needs the platform's types before it.
 #include <cguid.h>
 
@@ -124,11 +126,7 @@ RandomCalls call_everything(const EntryPoints& entry_points, unsigned seed, int 
 }
 
 void empty_thread_state(const EntryPoints& entry_points) {
-  const auto global = entry_points.create<_KwRtLib>(CLSID_KwRtLib);
-  EXPECT_EQ(global->Error_Unlock(), S_OK);
-  EXPECT_EQ(global->Reset_Error(), S_OK);
-  EXPECT_EQ(global->put_SharedVar(Value()), S_OK);
-  SetErrorInfo(0, nullptr);
+  empty_thread_state(entry_points.create<_KwRtLib>(CLSID_KwRtLib).get());
 }
 
 CrashReporter::CrashReporter()

@@ -330,7 +330,10 @@ class PipeProcesses : public PipeDialogue {
       result = ask(request);
       LONG reason = 0;
       global_->Error_LastDLLError(&reason);
-      const bool is_absent = result == kError && reason == ERROR_FILE_NOT_FOUND;
+      // None yet, or that of the request before, which the server is about to end.
+      const bool is_absent =
+          result == kError && (reason == ERROR_FILE_NOT_FOUND || reason == ERROR_PIPE_BUSY ||
+                               reason == ERROR_PIPE_NOT_CONNECTED || reason == ERROR_BROKEN_PIPE);
       if (!is_absent && fields_of(request).id != dialogue::kNotYet >> 8) break;
       global_->Reset_Error();
       Sleep(10);

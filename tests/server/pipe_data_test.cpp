@@ -98,12 +98,13 @@ TEST_F(PipeData, AppendData_fills_up_to_one_hundred_thousand_characters) {
 
   EXPECT_TRUE(append(L"z"));
   EXPECT_EQ(data(), full);
-  String text;
+  String description;
+  String source;
   EXPECT_EQ(error_number(), 20000);
-  EXPECT_EQ(global_->Error_Description(&text), S_OK);
-  EXPECT_EQ(text, L"Data exceed buffer size.");
-  EXPECT_EQ(global_->Error_Source(&text), S_OK);
-  EXPECT_EQ(text, L"QvRtLibOle.kwPipeData.AppendData, 0");
+  EXPECT_EQ(global_->Error_Description(&description), S_OK);
+  EXPECT_EQ(description, L"Data exceed buffer size.");
+  EXPECT_EQ(global_->Error_Source(&source), S_OK);
+  EXPECT_EQ(source, L"QvRtLibOle.kwPipeData.AppendData, 0");
 }
 
 TEST_F(PipeData, AppendData_of_too_much_at_once_adds_nothing) {

@@ -108,12 +108,13 @@ class PipeFixture : public testing::Test {
     return number;
   }
   void expect_error(LONG number, std::wstring_view description, std::wstring_view source) {
-    String text;
+    String actual_description;
+    String actual_source;
     EXPECT_EQ(error_number(), number);
-    global_->Error_Description(&text);
-    EXPECT_EQ(text.view(), description);
-    global_->Error_Source(&text);
-    EXPECT_EQ(text.view(), source);
+    global_->Error_Description(&actual_description);
+    EXPECT_EQ(actual_description.view(), description);
+    global_->Error_Source(&actual_source);
+    EXPECT_EQ(actual_source.view(), source);
     global_->Reset_Error();
   }
   // A failed call of the system, with its error number.

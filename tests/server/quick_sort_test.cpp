@@ -307,7 +307,7 @@ std::vector<Value> random_elements(std::mt19937& random, int kind) {
         break;
       default:
         element = kind == 1 ? Value(number) : Value(std::wstring(random() % 3, L'a'));
-        if (kind == 2 && random() % 2 == 0) element.vt = VT_EMPTY;
+        if (kind == 2 && random() % 2 == 0) element = Value();
         break;
     }
   }

@@ -100,9 +100,9 @@ class ServiceManager : public testing::Test {
   void expect_error(LONG number, const std::wstring& description, const std::wstring& source) {
     String text;
     EXPECT_EQ(error_number(), number);
-    global_->Error_Description(&text);
+    global_->Error_Description(text.receive());
     EXPECT_EQ(std::wstring(text.view()), description);
-    global_->Error_Source(&text);
+    global_->Error_Source(text.receive());
     EXPECT_EQ(std::wstring(text.view()), source);
     global_->Reset_Error();
   }
@@ -188,7 +188,7 @@ TEST_F(ServiceManager, an_installer_that_does_not_start_is_a_failure) {
   write_file(path(L"instsrv.exe"), "this is no program");
   EXPECT_TRUE(uninstall(name_of_service()));
   String text;
-  global_->Error_Description(&text);
+  global_->Error_Description(text.receive());
   const std::wstring description(text.view());
   EXPECT_TRUE(description.starts_with(L"Impossibile eseguire il processo " + path(L"instsrv.exe") +
                                       L".\r\n"))

@@ -204,9 +204,9 @@ class SysTray : public testing::Test {
     String text;
     global_->Error_Number(&found);
     EXPECT_EQ(found, number);
-    global_->Error_Description(&text);
+    global_->Error_Description(text.receive());
     EXPECT_EQ(text.view(), description);
-    global_->Error_Source(&text);
+    global_->Error_Source(text.receive());
     EXPECT_EQ(text, L"KwRtLibMod.SysTray");
     global_->Reset_Error();
   }

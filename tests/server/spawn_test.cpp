@@ -155,10 +155,10 @@ class Spawn : public testing::Test {
   void expect_error(LONG number, const std::wstring& name, const std::wstring& reason) {
     String text;
     EXPECT_EQ(error_number(), number);
-    global_->Error_Description(&text);
+    global_->Error_Description(text.receive());
     EXPECT_EQ(std::wstring(text.view()),
               L"Impossibile eseguire il processo " + name + L".\r\n" + reason);
-    global_->Error_Source(&text);
+    global_->Error_Source(text.receive());
     EXPECT_EQ(text, L"KwRtLibMod.Spawn");
     global_->Reset_Error();
   }
@@ -188,11 +188,11 @@ TEST_F(Spawn, the_exit_code_leaves_the_rest_of_the_record_alone) {
   EXPECT_EQ(exit_code(), 9);
   EXPECT_EQ(error_number(), 20123);
   String text;
-  global_->Error_Source(&text);
+  global_->Error_Source(text.receive());
   EXPECT_EQ(text, L"source");
-  global_->Error_Description(&text);
+  global_->Error_Description(text.receive());
   EXPECT_EQ(text, L"description");
-  global_->Error_HelpFile(&text);
+  global_->Error_HelpFile(text.receive());
   EXPECT_EQ(text, L"help");
   LONG kept = 0;
   global_->Error_HelpContext(&kept);
@@ -329,7 +329,7 @@ TEST_F(Spawn, a_failure_without_a_text_of_its_own_shows_the_shells_code) {
   folder_.write(L"no_program.exe", "this is no program");
   EXPECT_TRUE(spawn({.name = folder_.file(L"no_program.exe")}));
   String text;
-  global_->Error_Description(&text);
+  global_->Error_Description(text.receive());
   EXPECT_NE(text.view().find(L"\r\nErrore di shell #"), std::wstring_view::npos)
       << std::wstring(text.view());
   EXPECT_EQ(error_number(), 20000);

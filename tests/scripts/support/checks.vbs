@@ -1,5 +1,7 @@
 ' Checks for test scripts: each prints a line "ok NAME" or "FAILED NAME: ...". The runner puts this
-' file before every script; a script ends with Finish.
+' file before every script; a script ends with Finish. Scripts are watched for what the library
+' leaves allocated, so none uses what the platform's own engine forgets to free: Split, an array
+' with its size in the Dim, For Each over an array that is no variable.
 
 Sub Check(name, actual, expected)
   Dim same
@@ -59,6 +61,10 @@ Function Shown(value)
   Else
     Shown = "'" & Replace(CStr(value), Chr(0), "\0") & "'"
   End If
+End Function
+
+Function Occurrences(wanted, text)
+  Occurrences = CLng((Len(text) - Len(Replace(text, wanted, ""))) / Len(wanted))
 End Function
 
 Sub Finish()
