@@ -25,6 +25,7 @@ BUILD, DIST = REPOSITORY / "build", REPOSITORY / "dist"
 TRIPLETS = {"x86": "i686-w64-mingw32", "x64": "x86_64-w64-mingw32"}
 FIXED_TIME = (2026, 1, 1, 0, 0, 0)
 FIXED_TIME_S = calendar.timegm(FIXED_TIME)
+PROGRAMS = ("qvarc", "qvbag", "qvflt")
 # For tools that write the time into what they make.
 FIXED_CLOCK = ("env", "TZ=UTC0", "faketime", "-f", "2026-01-01 00:00:00")
 
@@ -39,6 +40,13 @@ def split_library(bits, library, symbols):
     built = BUILD / bits / "QvRtLibOle.dll"
     run(*FIXED_CLOCK, tool, "--only-keep-debug", built, symbols)
     run(*FIXED_CLOCK, tool, "--strip-all", f"--add-gnu-debuglink={symbols}", built, library)
+
+
+def copy_programs(bits, folder):
+    """The command-line programs, which have no debug symbols of their own to keep."""
+    for program in PROGRAMS:
+        built = BUILD / bits / f"{program}.exe"
+        run(*FIXED_CLOCK, f"{TRIPLETS[bits]}-objcopy", "--strip-all", built, folder / built.name)
 
 
 def copy_documents(folder):
@@ -103,6 +111,7 @@ def main(version):
         for folder in (portable / bits, symbols / bits):
             folder.mkdir(parents=True)
         split_library(bits, portable / bits / "QvRtLibOle.dll", symbols / bits / "QvRtLibOle.debug")
+        copy_programs(bits, portable / bits)
         shutil.copy(BUILD / bits / "QvRtLib.manifest", portable / bits)
         # The layout of records differs, so each bitness has a type library of its own.
         shutil.copy(BUILD / bits / "src/QvRtLibOle.tlb", portable / bits)

@@ -161,6 +161,7 @@ class Package(unittest.TestCase):
         with zipfile.ZipFile(next(p for p in DIST.glob("*.zip") if "symbols" not in p.name)) as archive:
             names = {name.split("/", 1)[1] for name in archive.namelist()}
         for name in (
+            "x86/qvarc.exe", "x86/qvbag.exe", "x86/qvflt.exe", "x64/qvarc.exe", "x64/qvbag.exe", "x64/qvflt.exe",
             "x86/QvRtLibOle.dll", "x86/QvRtLibOle.tlb", "x86/QvRtLib.manifest",
             "x64/QvRtLibOle.dll", "x64/QvRtLibOle.tlb", "x64/QvRtLib.manifest", "include/QvRtLibOle.h", "register-user.cmd", "unregister-user.cmd",
             "register-machine.cmd", "unregister-machine.cmd", "README.md", "LICENSE", "CHANGELOG.md",
@@ -199,6 +200,13 @@ class Package(unittest.TestCase):
         code, output = self.wine("x64", "build/client-x64.exe")
         self.install("x64", "machine", "/x")
         self.assertEqual((code, output.strip()), (0, "23925 -1 20001"))
+
+    def test_the_command_line_programs_run(self):
+        with unpacked("") as folder:
+            for program in ("qvarc", "qvbag", "qvflt"):
+                code, output = self.wine("x64", f"{folder}/x64/{program}.exe --version")
+                self.assertEqual(code, 0, output)
+                self.assertRegex(output, rf"^{program} \d")
 
     def test_debug_symbols_stand_apart_and_tell_lines(self):
         with unpacked("") as folder, unpacked("-symbols") as symbols:
