@@ -158,11 +158,11 @@ def scripts_matching(folder, word):
     return sorted(p for p in folder.glob("*.vbs") if word in p.name)
 
 
-def run_python(totals, title, folder):
+def run_python(totals, title, folder, timeout_s=600):
     """The unit tests of a folder."""
     # The system's own Python: the packages of the tests are installed for that one.
     _, output = captured(
-        f"/usr/bin/python3 -B -m unittest discover -s {folder} -p '*_test.py' -v 2>&1", 600
+        f"/usr/bin/python3 -B -m unittest discover -s {folder} -p '*_test.py' -v 2>&1", timeout_s
     )
     passed = len(re.findall(r" \.\.\. ok$", output, re.M))
     failed = len(re.findall(r" \.\.\. (?:FAIL|ERROR)$", output, re.M)) or int("\nOK" not in output)
@@ -271,7 +271,8 @@ def main():
         elif suite == "docs":
             run_python(totals, "docs", "tests/reference")
         elif suite == "package":
-            run_python(totals, "package", "tests/package")
+            # It builds the library in both bitnesses first.
+            run_python(totals, "package", "tests/package", 7200)
         else:
             run_windows(totals, suite, pattern, options.filter)
     print(f"\n{totals.passed} passed, {totals.failed} failed")
