@@ -62,6 +62,7 @@ def registry_entries(library, bits):
         (tree + "\\FLAGS", "", "0"),
         (tree + "\\HELPDIR", "", "[INSTALLDIR]"),
         (tree + f"\\409\\{system}", "", "[#Library]"),
+        (tree + f"\\0\\{system}", "", "[#Library]"),
     ]
     for coclass in library.classes:
         entries += class_entries(library, coclass)
