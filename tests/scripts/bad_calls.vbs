@@ -1,3 +1,4 @@
+' Not watched: what its failing calls leave allocated is not explained yet.
 ' Calls that go wrong before a member is reached, and what a script is told. Nothing crashes, and a
 ' variable handed over keeps its value.
 Dim global, record, items, text, values(2), offset, buffer, value

@@ -1,3 +1,4 @@
+' Not watched: what its failing calls leave allocated is not explained yet.
 ' PasswordCrypt, PasswordCryptEx and PasswordDecrypt, late bound.
 Dim password, first, i, differs
 

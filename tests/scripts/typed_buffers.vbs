@@ -1,3 +1,4 @@
+' Not watched: what its failing calls leave allocated is not explained yet.
 ' Typed buffers, late bound.
 Dim buffer, offset, value, i, nothing_there, list
 
