@@ -195,7 +195,7 @@ void run_search(SimdLevel level) {
       const std::string name = "token " + std::to_string(count) + " of 2 MiB, separator of " +
                                std::to_string(separator.size()) + " / walking with find";
       report(
-          name.c_str(), 2 * text.size(),
+          name, kNoGoal, 2 * text.size(),
           [&] {
             const auto token = rtlib::find_token(text, separator, count, level);
             consume(&token);

@@ -36,7 +36,7 @@ size_t peer_sum_of_set(const bitset_t* set) {
   add_library(zlog_peer STATIC ${peer_dir}/peer_bitset.c)
   target_compile_options(zlog_peer PRIVATE -O3 -march=native -w)
   target_include_directories(zlog_peer SYSTEM PUBLIC ${peer_dir})
-  add_executable(zlog_bench EXCLUDE_FROM_ALL ${CMAKE_CURRENT_LIST_DIR}/zlog_bench.cpp)
+  add_executable(zlog_bench ${CMAKE_CURRENT_LIST_DIR}/zlog_bench.cpp)
   target_include_directories(zlog_bench PRIVATE ${CMAKE_SOURCE_DIR}/benchmarks)
   target_link_libraries(zlog_bench PRIVATE qv_native zlog_peer)
 else()
