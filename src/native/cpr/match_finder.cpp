@@ -45,4 +45,12 @@ void MatchFinder::load(std::span<const std::uint8_t> text, std::size_t begin, st
   }
 }
 
+std::size_t MatchFinder::repeats_before(std::size_t end) const {
+  const std::uint8_t* const behind = text_ + piece_ + end;
+  const std::size_t most = std::min(end, piece_ + end - distance_);
+  std::size_t count = 0;
+  while (count < most && *(behind - 1 - count) == *(behind - 1 - count - distance_)) ++count;
+  return count;
+}
+
 }  // namespace qv::native::cpr

@@ -37,6 +37,14 @@ class MatchFinder {
   template <typename Take>
   void for_each_match(std::size_t position, Take&& take);
 
+  // How many positions just before `end`, the one asked for last, go on with its longest match by a
+  // byte each. Where that has the greatest length they need not be asked for.
+  std::size_t repeats_before(std::size_t end) const;
+
+  // Of the longest match of the position asked for last.
+  unsigned longest() const { return length_; }
+  unsigned distance_of_longest() const { return distance_; }
+
  private:
   static constexpr std::size_t kReach = block_format::kLargestDictionary;
   static constexpr unsigned kHashBits = 15;

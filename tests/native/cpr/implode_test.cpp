@@ -78,6 +78,26 @@ TEST(Implode, periodic_texts_of_every_period_to_70_come_back) {
   }
 }
 
+TEST(Implode, long_repetitions_among_other_bytes_come_back) {
+  for (const std::size_t period : {1u, 2u, 3u, 7u, 100u, 517u, 518u, 519u, 4095u, 4096u, 4097u}) {
+    for (const std::size_t tail : {0u, 1u, 300u}) {
+      Bytes text = testing::wordy_bytes(700);
+      const Bytes start = testing::random_bytes(period);
+      text.insert(text.end(), start.begin(), start.end());
+      while (text.size() < 36000) text.push_back(text[text.size() - period]);
+      const Bytes rest = testing::wordy_bytes(tail);
+      text.insert(text.end(), rest.begin(), rest.end());
+      expect_round_trip(text);
+    }
+  }
+}
+
+TEST(Implode, run_of_a_whole_block_takes_the_fewest_greatest_lengths) {
+  // 2 of head, a literal of 9 bits, 63 times 16 + 8 bits for 518 bytes, 13 + 8 for the 132 left and
+  // 16 of the end mark.
+  EXPECT_EQ(imploded(Bytes(32767), DataType::binary).size(), 2u + (9 + 63 * 24 + 21 + 16 + 7) / 8);
+}
+
 TEST(Implode, repetition_just_in_reach_is_used_and_just_beyond_is_not) {
   for (const std::size_t distance : {4096u, 4097u}) {
     Bytes data = testing::random_bytes(distance);
