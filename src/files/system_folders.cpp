@@ -9,7 +9,7 @@
 #include "files/path_text.h"
 #include "frame/error_state.h"
 #include "runtime/err.h"
-#include "runtime/shell_item.h"
+#include "runtime/item_id_list.h"
 #include "runtime/system_name.h"
 #include "runtime/system_text.h"
 
@@ -56,7 +56,7 @@ Text Get_SpecialPath(Long Id) {
   return frame::handled(L"KwRtLibMod.Get_SpecialPath", frame::kTakeError, Text(), [&] {
     // As a Long the flag that creates the folder has all bits above it set.
     constexpr Long kNumberAndFlags = 0xFFFF;
-    return ShellItem::special_folder(nullptr, Id & kNumberAndFlags).path();
+    return ItemIdList::special_folder(nullptr, Id & kNumberAndFlags).path();
   });
 }
 

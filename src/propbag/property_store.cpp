@@ -38,7 +38,7 @@ PropertyStore::Place PropertyStore::find(const Text& name) const {
     const Text upper = upper_case(name);
     const auto directory = directory_.view();
     const std::size_t entry = native::bags::find_entry(directory, upper.view());
-    if (entry == directory.npos) return Place{};
+    if (entry == std::wstring_view::npos) return Place{};
     const std::size_t at = native::bags::value_position_of(entry, upper.size());
     return Place{.entry = entry, .value = position_in(directory.substr(at))};
   });

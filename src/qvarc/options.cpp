@@ -118,9 +118,9 @@ class Parser {
     if (option == kOptions.end()) throw UsageError("unknown option " + argument);
     used_.push_back(&*option);
     if (option->switched != nullptr) {
-      if (equals != argument.npos) throw UsageError(name + " takes no value");
+      if (equals != std::string::npos) throw UsageError(name + " takes no value");
       options_.*option->switched = option->value;
-    } else if (equals != argument.npos) {
+    } else if (equals != std::string::npos) {
       options_.*option->path = path_of_text(argument.substr(equals + 1));
     } else {
       if (next_ == arguments_.size()) throw UsageError(name + " needs a folder");
@@ -134,7 +134,7 @@ class Parser {
     if (command == kCommands.end()) throw UsageError("unknown command " + words_[0]);
     options_.command = command->command;
     for (const OptionName* option : used_) {
-      if (option->commands.find(command->name) == option->commands.npos) {
+      if (option->commands.find(command->name) == std::string_view::npos) {
         throw UsageError(words_[0] + " knows no option --" + std::string(option->name));
       }
     }

@@ -168,10 +168,15 @@ std::string shown_text(const SpanSource& values, const ValuePlace& value) {
   return text;
 }
 
+std::size_t element_count(const ValuePlace& array) {
+  // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): without an error, its elements have a width
+  return array.data_bytes / bags::fixed_width(array.element);
+}
+
 std::string elements_text(const SpanSource& values, const ValuePlace& array, std::size_t most,
                           const Style& style) {
   const std::size_t width = bags::fixed_width(array.element);
-  const std::size_t count = std::min(array.data_bytes / width, most);
+  const std::size_t count = std::min(element_count(array), most);
   std::string text;
   for (std::size_t i = 0; i < count; ++i) {
     if (i > 0) text += ", ";
@@ -181,7 +186,7 @@ std::string elements_text(const SpanSource& values, const ValuePlace& array, std
 }
 
 std::string shown_array(const SpanSource& values, const ValuePlace& array) {
-  const std::size_t count = array.data_bytes / bags::fixed_width(array.element);
+  const std::size_t count = element_count(array);
   std::string text = elements_text(values, array, kMostShownElements, kShown);
   if (count > kMostShownElements) text += " ... (" + std::to_string(count) + " elements)";
   return text;
@@ -215,14 +220,14 @@ std::string shown_value(const SpanSource& values, const ValuePlace& value) {
 
 std::string json_members(const SpanSource& values, const ValuePlace& value) {
   if (is_array(value)) {
-    return std::string("\"type\": \"") + tag_name(value.element) + "()\", \"bounds\": [" +
-           bounds_text(values, value, "[", ", ", "]") + "], \"value\": [" +
+    return R"("type": )" + quoted(std::string(tag_name(value.element)) + "()", kJson) +
+           R"(, "bounds": [)" + bounds_text(values, value, "[", ", ", "]") + R"(], "value": [)" +
            elements_text(values, value, value.data_bytes, kJson) + "]";
   }
   const std::string text = is_text(value) ? console::json_text(console::characters_of(
                                                 bytes_of(values, value.data, value.data_bytes)))
                                           : element_text(values, value.tag, value.data, kJson);
-  return std::string("\"type\": \"") + tag_name(value.tag) + "\", \"value\": " + text;
+  return R"("type": )" + quoted(tag_name(value.tag), kJson) + R"(, "value": )" + text;
 }
 
 }  // namespace qv::qvbag

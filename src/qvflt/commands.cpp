@@ -121,8 +121,8 @@ std::string json_of(std::int64_t number, const Image& image) {
   const auto member = [](const char* name, std::uint64_t value) {
     return std::string(", \"") + name + "\": " + std::to_string(value);
   };
-  return "{\"image\": " + std::to_string(number) + ", \"kind\": \"" + text_of(image.kind) + "\"" +
-         (image.kind == Kind::saved ? std::string(", \"body\": \"") + text_of(image.body) + "\""
+  return R"({"image": )" + std::to_string(number) + R"(, "kind": ")" + text_of(image.kind) + '"' +
+         (image.kind == Kind::saved ? std::string(R"(, "body": ")") + text_of(image.body) + '"'
                                     : "") +
          member("offset", image.offset_bytes) + member("bytes", image.size_bytes) +
          member("bits", static_cast<std::uint64_t>(image.map.bits())) +

@@ -150,9 +150,9 @@ class Parser {
     if (option == kOptions.end()) throw UsageError("unknown option " + argument);
     used_.push_back(&*option);
     if (option->set != nullptr) {
-      if (equals != argument.npos) throw UsageError(name + " takes no value");
+      if (equals != std::string::npos) throw UsageError(name + " takes no value");
       option->set(options_);
-    } else if (equals != argument.npos) {
+    } else if (equals != std::string::npos) {
       option->take(options_, argument.substr(equals + 1));
     } else {
       if (next_ == arguments_.size()) throw UsageError(name + " needs a value");
@@ -164,7 +164,7 @@ class Parser {
     if (words_.empty()) throw UsageError("a command is missing");
     options_.command = value_of(kCommands, words_[0], "unknown command");
     for (const OptionName* option : used_) {
-      if (option->commands.find(words_[0]) == option->commands.npos) {
+      if (option->commands.find(words_[0]) == std::string_view::npos) {
         throw UsageError(words_[0] + " knows no option --" + std::string(option->name));
       }
     }

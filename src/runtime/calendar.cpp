@@ -74,11 +74,12 @@ DWORD locale_number(LCTYPE item) {
 
 std::int64_t complete_year(Integer year) {
   if (year < 0 || year > 99) return year;
-  DWORD last_year = 2029;
+  DWORD setting = 2029;
   GetCalendarInfoW(LOCALE_USER_DEFAULT, CAL_GREGORIAN, CAL_ITWODIGITYEARMAX | CAL_RETURN_NUMBER,
-                   nullptr, 0, &last_year);
-  const auto century = static_cast<std::int64_t>(last_year / 100 * 100);
-  return year <= static_cast<std::int64_t>(last_year % 100) ? century + year : century - 100 + year;
+                   nullptr, 0, &setting);
+  const std::int64_t last_year = setting;
+  const std::int64_t century = last_year / 100 * 100;
+  return year <= last_year % 100 ? century + year : century - 100 + year;
 }
 
 }  // namespace
@@ -107,7 +108,7 @@ Date date_serial(Integer year, Integer month, Integer day) {
 }
 
 Date time_serial(Integer hour, Integer minute, Integer second) {
-  const std::int64_t seconds = std::int64_t{hour} * 3600 + minute * 60 + second;
+  const std::int64_t seconds = (std::int64_t{hour} * 60 + minute) * 60 + second;
   return Date{static_cast<double>(seconds) / kSecondsOfDay};
 }
 

@@ -118,7 +118,7 @@ class Collection::Enumerator final : public CountedObject<IEnumVARIANT> {
   }
 
  private:
-  ~Enumerator() { items_->detach_cursor(passed_); }
+  ~Enumerator() override { items_->detach_cursor(passed_); }
 
   std::shared_ptr<Items> items_;
   std::size_t passed_;

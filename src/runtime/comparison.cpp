@@ -82,9 +82,9 @@ Order order_of(const Variant& a, const Variant& b) {
 
 int compare(const Variant& a, const Variant& b) {
   const Order order = order_of(a, b);
-  return order < 0 ? -1 : order == 0 ? 0 : 1;
+  return std::is_lt(order) ? -1 : std::is_eq(order) ? 0 : 1;
 }
 
-bool is_greater(const Variant& a, const Variant& b) { return order_of(a, b) > 0; }
+bool is_greater(const Variant& a, const Variant& b) { return std::is_gt(order_of(a, b)); }
 
 }  // namespace qv

@@ -43,7 +43,7 @@ std::string fixed_text(const Digits& number) {
     return number.digits + std::string(static_cast<std::size_t>(number.exponent + 1 - length), '0');
   }
   std::string text = number.digits;
-  return text.insert(static_cast<std::size_t>(number.exponent + 1), 1, '.');
+  return text.insert(static_cast<std::size_t>(number.exponent) + 1, 1, '.');
 }
 
 std::string exponent_text(const Digits& number) {

@@ -30,7 +30,7 @@ bool is_short(std::wstring_view name) {
 }  // namespace
 
 Text absolute_name(std::wstring_view name) {
-  const Text given = before_character_0(name);
+  Text given = before_character_0(name);
   const DWORD size = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
   if (size == 0) return given;
   Text full = Text::uninitialized(size - 1);
@@ -43,7 +43,7 @@ Text absolute_name(std::wstring_view name) {
 Text system_name(std::wstring_view name) {
   Text given = before_character_0(name);
   if (is_short(given)) return given;
-  const Text full = absolute_name(given);
+  Text full = absolute_name(given);
   const auto path = full.view();
   if (path.size() < kShortFolder) return given;
   if (path.starts_with(kPrefix) || path.starts_with(kDevicePrefix)) return full;

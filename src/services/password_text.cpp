@@ -49,7 +49,7 @@ void scramble_password(Text& Password, Long StartCode, bool is_full) {
 
 std::vector<std::wstring_view> split(std::wstring_view text) {
   std::vector<std::wstring_view> fields;
-  for (std::size_t end = text.find(L'-'); end != text.npos; end = text.find(L'-')) {
+  for (std::size_t end = text.find(L'-'); end != std::wstring_view::npos; end = text.find(L'-')) {
     fields.push_back(text.substr(0, end));
     text.remove_prefix(end + 1);
   }

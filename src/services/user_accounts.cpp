@@ -40,7 +40,7 @@ void make_account(const Text& name, const Text& password) {
 // "name=value", the first "=" counts.
 void set_property(const Object<IDispatch>& user, std::wstring_view entry) {
   const std::size_t mark = entry.find(L'=');
-  if (mark == entry.npos) raise(kInvalidProcedureCall);
+  if (mark == std::wstring_view::npos) raise(kInvalidProcedureCall);
   const Text name = entry.substr(0, mark);
   late_bound::put(user, name.c_str(), entry.substr(mark + 1));
 }
@@ -49,7 +49,7 @@ void set_property(const Object<IDispatch>& user, std::wstring_view entry) {
 void set_properties(const Object<IDispatch>& user, std::wstring_view properties) {
   constexpr std::wstring_view kSeparator = L"::";
   if (properties.empty()) return;
-  for (std::size_t end = properties.find(kSeparator); end != properties.npos;
+  for (std::size_t end = properties.find(kSeparator); end != std::wstring_view::npos;
        end = properties.find(kSeparator)) {
     set_property(user, properties.substr(0, end));
     properties.remove_prefix(end + kSeparator.size());

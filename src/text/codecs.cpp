@@ -58,7 +58,7 @@ Text Byte_2_Str(const Array<Byte>& DByte) { return text_of_bytes(DByte.lock().sp
 
 // Division, not a shift: it truncates towards zero, so -1 gives 0.
 Integer Hi_Byte(Integer SInt) { return static_cast<Integer>(SInt / 256); }
-Integer Lo_Byte(Integer SInt) { return SInt & 0xFF; }
+Integer Lo_Byte(Integer SInt) { return static_cast<Integer>(SInt & 0xFF); }
 Integer Hi_Word(Long SLong) { return static_cast<Integer>(SLong >> 16); }
 Integer Lo_Word(Long SLong) { return static_cast<Integer>(SLong & 0xFFFF); }
 

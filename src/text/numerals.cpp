@@ -87,7 +87,7 @@ Boolean Hex_Dump(const Text& Data, Text& RetBuffer, Long Width, const Text& Line
     if (!Retain) RetBuffer = Text();
     // Data and LineTerm may be the variable that is filled: what they hold now is what counts.
     const Bytes bytes = bytes_of_text(Data);
-    const Text line_end = LineTerm;
+    const Text line_end(LineTerm.view());
     const auto layout = native::rtlib::hex_dump_layout(bytes.size(), Width, line_end.size());
     const std::size_t start = RetBuffer.size();
     const std::uint64_t length = start + layout.characters;

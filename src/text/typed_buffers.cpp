@@ -77,11 +77,12 @@ bool append_array(Text& buffer, SAFEARRAY* array, std::uint8_t element) {
   append_image(buffer, static_cast<Integer>(dimensions));
   Long count = 1;
   for (UINT dimension = 1; dimension <= dimensions; ++dimension) {
-    std::array<LONG, 2> bounds{};
-    check(SafeArrayGetLBound(array, dimension, &bounds[0]));
-    check(SafeArrayGetUBound(array, dimension, &bounds[1]));
-    append_image(buffer, bounds);
-    count = multiplied(count, std::int64_t{bounds[1]} - bounds[0] + 1);
+    LONG lower = 0;
+    LONG upper = 0;
+    check(SafeArrayGetLBound(array, dimension, &lower));
+    check(SafeArrayGetUBound(array, dimension, &upper));
+    append_image(buffer, std::array{lower, upper});
+    count = multiplied(count, std::int64_t{upper} - lower + 1);
   }
   const auto width = static_cast<Long>(fixed_width(element));
   const Long length = multiplied(count, width);

@@ -6,7 +6,7 @@
 
 #include "frame/error_state.h"
 #include "runtime/err.h"
-#include "runtime/shell_item.h"
+#include "runtime/item_id_list.h"
 #include "ui/help_dialogs.h"
 #include "ui/window_handle.h"
 
@@ -24,9 +24,9 @@ Boolean ShowBrowseFolder(Text& FileName, Long hwndOwner, Text& DisplayName, cons
                          Long Flags) {
   return frame::handled(L"KwRtLibMod.ShowBrowseFolder", frame::kTakeError, True, [&] {
     const HWND owner = window_handle(hwndOwner);
-    const auto desktop = ShellItem::special_folder(owner, CSIDL_DESKTOP);
+    const auto desktop = ItemIdList::special_folder(owner, CSIDL_DESKTOP);
     // One of the results may be the variable that holds the title.
-    const Text title = DialogTitle;
+    const Text title(DialogTitle.view());
     std::array<wchar_t, kNameRoom> name{};
     BROWSEINFOW dialog{};
     dialog.hwndOwner = owner;
@@ -36,7 +36,7 @@ Boolean ShowBrowseFolder(Text& FileName, Long hwndOwner, Text& DisplayName, cons
     dialog.ulFlags = static_cast<UINT>(Flags);
     FileName = Text();
     DisplayName = Text();
-    const ShellItem chosen(SHBrowseForFolderW(&dialog));
+    const ItemIdList chosen(SHBrowseForFolderW(&dialog));
     capture_last_dll_error();
     if (!chosen) raise({.number = kCancelled, .description = L"Operazione annullata."});
     FileName = chosen.path();

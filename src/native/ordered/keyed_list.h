@@ -102,7 +102,8 @@ class KeyedList {
   static constexpr std::size_t kInlineKey_bytes =
       kNode_bytes - 2 * sizeof(std::uint32_t) - (sizeof(Value) + 7) / 8 * 8;
   static constexpr std::size_t kInlineKey_characters = kInlineKey_bytes / sizeof(char16_t);
-  static_assert(sizeof(Value) <= 40 && alignof(Value) <= 8);
+  static_assert(sizeof(Value) <= 40);
+  static_assert(alignof(Value) <= 8);
 
   // Room for a key that does not fit into its node, until a node takes it.
   struct KeyRoom {

@@ -1,4 +1,4 @@
-#include "runtime/shell_item.h"
+#include "runtime/item_id_list.h"
 
 // shlobj.h needs windows.h before it.
 #include <shlobj.h>
@@ -27,14 +27,14 @@ std::wstring_view without_final_backslash(std::wstring_view path) {
 
 }  // namespace
 
-ShellItem ShellItem::special_folder(HWND owner, int id) {
+ItemIdList ItemIdList::special_folder(HWND owner, int id) {
   PIDLIST_ABSOLUTE list = nullptr;
   const HRESULT found = SHGetSpecialFolderLocation(owner, id, &list);
   capture_last_dll_error();
-  return ShellItem(found == S_OK ? list : nullptr);
+  return ItemIdList(found == S_OK ? list : nullptr);
 }
 
-Text ShellItem::path() const {
+Text ItemIdList::path() const {
   if (list_ == nullptr) return {};
   std::array<wchar_t, kPathRoom> buffer{};
   const BOOL has_path = SHGetPathFromIDListW(list_, buffer.data());

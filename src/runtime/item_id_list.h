@@ -1,4 +1,4 @@
-// A folder or another thing as the shell names it.
+// A folder or another thing as the shell names it, by a list of ids.
 #pragma once
 
 #include <windows.h>
@@ -12,16 +12,16 @@ struct _ITEMIDLIST;
 
 namespace qv {
 
-class ShellItem {
+class ItemIdList {
  public:
   // Takes it over; null is no item.
-  explicit ShellItem(_ITEMIDLIST* list) noexcept : list_(list) {}
-  ShellItem(ShellItem&& other) noexcept : list_(std::exchange(other.list_, nullptr)) {}
-  ShellItem& operator=(ShellItem&&) = delete;
-  ~ShellItem() { CoTaskMemFree(list_); }
+  explicit ItemIdList(_ITEMIDLIST* list) noexcept : list_(list) {}
+  ItemIdList(ItemIdList&& other) noexcept : list_(std::exchange(other.list_, nullptr)) {}
+  ItemIdList& operator=(ItemIdList&&) = delete;
+  ~ItemIdList() { CoTaskMemFree(list_); }
 
   // By its number, CSIDL_...; no item where the shell has none.
-  static ShellItem special_folder(HWND owner, int id);
+  static ItemIdList special_folder(HWND owner, int id);
 
   explicit operator bool() const noexcept { return list_ != nullptr; }
   _ITEMIDLIST* get() const noexcept { return list_; }
