@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Runs the suites named, prints every failure and at last one line "N passed, N failed".
 
-Suites: style (clang-format and clang-tidy), native (the portable core), asan (the same under
+Suites: style (clang-format; needs no build), native (the portable core), asan (the same under
 sanitizers, and a short run of every fuzzer), docs (the reference pages, the released interface),
 x64 and x86 (the server under Wine: the modules from inside, typed clients, scripts on the small
 script host and on the platform's own cscript), package (what users download: built twice,
-installed, used, removed).
+installed, used, removed), tidy (clang-tidy).
 """
 
 import argparse
@@ -113,11 +113,15 @@ def run_script(totals, title, command, environment=None, timeout_s=300):
 
 
 def run_style(totals, word):
+    run_script(totals, "style", f'python3 -B tools/check_style.py --filter "{word}" 2>&1')
+
+
+def run_tidy(totals, word):
     prepare("build_preset native build.ninja")
     prepare("build_preset x64 qv_generated")
     run_script(
-        totals, "style",
-        f'python3 -B tools/check_style.py build/native build/x64 "$cache/tidy" --filter "{word}" 2>&1',
+        totals, "tidy",
+        f'python3 -B tools/check_tidy.py build/native build/x64 "$cache/tidy" --filter "{word}" 2>&1',
         timeout_s=3600,
     )
 
@@ -264,6 +268,8 @@ def main():
     for suite in options.suites:
         if suite == "style":
             run_style(totals, options.filter)
+        elif suite == "tidy":
+            run_tidy(totals, options.filter)
         elif suite == "native":
             run_native(totals, pattern)
         elif suite == "asan":
