@@ -225,11 +225,10 @@ def run_windows(totals, bits, pattern, word):
     scripts = REPOSITORY / "tests/scripts"
     for script in scripts_matching(scripts, word):
         path = script.relative_to(REPOSITORY)
-        watched = "" if "' Not watched: " in script.read_text("latin-1") else watch
         for environment in settings_of(script):
             run_script(
                 totals, " ".join([bits, script.name, *environment.values()]),
-                f"run_wine {bits} {program}/script_host.exe {watched} "
+                f"run_wine {bits} {program}/script_host.exe {watch} "
                 f"tests/scripts/support/checks.vbs {path} 2>&1",
                 environment,
             )

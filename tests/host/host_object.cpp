@@ -30,12 +30,13 @@ enum Member : DISPID {
   kEnd,
   kDirectoryBegin,
   kDirectoryEnd,
+  kUnfix,
 };
 constexpr const wchar_t* kNames[] = {
-    L"Echo",    L"Connect",      L"Disconnect",      L"ChrW",         L"AscW",  L"Sleep",
-    L"Bytes",   L"Longs",        L"Strings",         L"Empty_Array",  L"Same",  L"VarType",
-    L"Missing", L"Press_Button", L"Box_Title",       L"Box_Text",     L"Start", L"Output",
-    L"Folder",  L"End",          L"Directory_Begin", L"Directory_End"};
+    L"Echo",    L"Connect",      L"Disconnect",      L"ChrW",          L"AscW",  L"Sleep",
+    L"Bytes",   L"Longs",        L"Strings",         L"Empty_Array",   L"Same",  L"VarType",
+    L"Missing", L"Press_Button", L"Box_Title",       L"Box_Text",      L"Start", L"Output",
+    L"Folder",  L"End",          L"Directory_Begin", L"Directory_End", L"Unfix"};
 
 std::wstring text_of(const VARIANT& value) {
   VARIANT text;
@@ -239,6 +240,13 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
       directory_.reset();
       answer.vt = VT_BSTR;
       answer.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+      break;
+    }
+    case kUnfix: {
+      const VARIANT& value = argument(0);
+      const VARIANT& array = value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
+      if (array.vt != (VT_BYREF | VT_ARRAY | VT_VARIANT)) return DISP_E_TYPEMISMATCH;
+      (*array.pparray)->fFeatures &= static_cast<USHORT>(~(FADF_STATIC | FADF_FIXEDSIZE));
       break;
     }
     default:

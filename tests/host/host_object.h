@@ -16,6 +16,8 @@
 //   Host.End number           ends that program
 //   Host.Directory_Begin      a stand-in takes the place of the directory, for UserCreate
 //   Host.Directory_End        ends that and gives what was done to it, a line a call
+//   Host.Unfix array          before the end of an array with its size in the Dim: the platform's
+//                             engine takes its elements for static memory and never frees them
 #pragma once
 
 #include <windows.h>

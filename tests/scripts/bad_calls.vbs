@@ -1,7 +1,6 @@
-' Not watched: what its failing calls leave allocated is not explained yet.
 ' Calls that go wrong before a member is reached, and what a script is told. Nothing crashes, and a
 ' variable handed over keeps its value.
-Dim global, record, items, text, values(2), offset, buffer, value
+Dim global, record, items, text, values(2), list, offset, buffer, value
 
 Set global = CreateObject("QvRtLibOle.KwRtLib")
 Set record = CreateObject("QvRtLibOle.QVtError")
@@ -49,7 +48,8 @@ value = items
 CheckError "a default member without its argument", 449, ""
 
 ' Types
-For Each value In Array("no number", "", Array(1), items)
+list = Array("no number", "", Array(1), items)
+For Each value In list
   global.Hi_Byte value
   CheckError "a " & TypeName(value) & " in place of a number", 13, ""
 Next
@@ -95,6 +95,7 @@ CheckError "a variable with a number in place of an array", 13, ""
 Check "keeps its number", text, CLng(7)
 global.Str_2_Byte "abcd", values
 CheckError "an array of fixed size", 10, ""
+Host.Unfix values
 text = "12"
 global.SwapZ text, 5
 CheckError "a variable with the text of a number", 0, ""

@@ -1,4 +1,3 @@
-' Not watched: what its failing calls leave allocated is not explained yet.
 ' Typed buffers, late bound.
 Dim buffer, offset, value, i, nothing_there, list
 
@@ -166,7 +165,8 @@ buffer = One_Element(8): offset = 1
 value = BufferTyped_Get(buffer, offset)
 CheckError "an array of String is passed over too", 9, "Subscript out of range"
 Check "with Offset behind it as well", offset, CLng(21)
-For Each i In Array(0, 1, 32, 255)
+list = Array(0, 1, 32, 255)
+For Each i In list
   offset = 1: value = 5
   value = BufferTyped_Get(One_Element(i), offset)
   Check "an array of type " & i & ", which has none, is Empty", value, Empty

@@ -1,7 +1,8 @@
 ' Checks for test scripts: each prints a line "ok NAME" or "FAILED NAME: ...". The runner puts this
 ' file before every script; a script ends with Finish. Scripts are watched for what the library
 ' leaves allocated, so none uses what the platform's own engine forgets to free: Split, an array
-' with its size in the Dim, For Each over an array that is no variable.
+' with its size in the Dim (but for one that ends in Host.Unfix), For Each over an array that is no
+' variable.
 
 Sub Check(name, actual, expected)
   Dim same
