@@ -57,10 +57,12 @@ HRESULT give_to_variable(VARIANT& variable, VARIANT& value, const VARIANT& befor
 
 // A VARIANT that clears itself.
 struct Holder : VARIANT {
-  Holder() noexcept { VariantInit(this); }
+  Holder() noexcept { vt = VT_EMPTY; }
   Holder(const Holder&) = delete;
   Holder& operator=(const Holder&) = delete;
-  ~Holder() { VariantClear(this); }
+  ~Holder() {
+    if (!is_plain(vt)) VariantClear(this);
+  }
 };
 
 // Fills `target` with the frame's current argument as a value of that type.

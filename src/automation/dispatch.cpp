@@ -208,13 +208,13 @@ HRESULT invoke(const MemberTable& table, void* object, DISPID id, WORD flags,
     return invoke_default_member(result, flags, parameters, exception, bad_argument);
   }
 
-  CallFrame frame{*operation, {}, result};
+  CallFrame frame(*operation, result);
   HRESULT status = place_arguments(*operation, *parameters, frame, bad_argument);
   if (FAILED(status)) {
     return HRESULT_FACILITY(status) == FACILITY_DISPATCH ? status
                                                          : fill_exception(status, exception);
   }
-  if (result != nullptr) VariantInit(result);
+  if (result != nullptr) result->vt = VT_EMPTY;
   status = operation->invoke(object, frame);
   if (SUCCEEDED(status)) return S_OK;
   if (frame.stage == Stage::calling) return take_exception(status, exception);

@@ -50,9 +50,12 @@ enum class Stage : std::uint8_t { taking, calling, giving_back };
 
 // One Invoke on its way to a method: the caller's arguments by position, null where left out.
 struct CallFrame {
+  CallFrame(const Operation& its_operation, VARIANT* its_result) noexcept
+      : operation(its_operation), result(its_result) {}
+
   const Operation& operation;
-  std::array<VARIANT*, kMaxArguments> positions;
-  VARIANT* result = nullptr;
+  std::array<VARIANT*, kMaxArguments> positions;  // as many as the operation has parameters
+  VARIANT* result;
   Stage stage = Stage::taking;
   std::size_t position = 0;  // of the argument that is being taken or given back
 };

@@ -32,12 +32,13 @@ ExceptionState& exceptions() noexcept;
 bool attach() noexcept;
 void detach() noexcept;
 
+template <class State>
+inline const std::size_t index_of = next_index();
 }  // namespace thread_state
 
 template <class State>
 State& per_thread() {
-  static const std::size_t index = thread_state::next_index();
-  thread_state::Slot& slot = thread_state::slot(index);
+  thread_state::Slot& slot = thread_state::slot(thread_state::index_of<State>);
   if (slot.state == nullptr) {
     slot.state = new State();
     slot.destroy = [](void* state) { delete static_cast<State*>(state); };

@@ -7,12 +7,27 @@
 
 namespace qv {
 
+// Does a value of that type, no reference, consist of its VARIANT alone? Then it is copied and
+// forgotten without the system's help.
+constexpr bool is_plain(VARTYPE type) noexcept {
+  constexpr auto kPlainTypes = [] {
+    unsigned types = 0;
+    for (const VARTYPE plain :
+         {VT_EMPTY, VT_NULL, VT_BOOL, VT_UI1, VT_I1, VT_I2, VT_UI2, VT_I4, VT_UI4, VT_I8, VT_UI8,
+          VT_R4, VT_R8, VT_CY, VT_DATE, VT_DECIMAL, VT_ERROR}) {
+      types |= 1U << plain;
+    }
+    return types;
+  }();
+  return type < 32 && ((kPlainTypes >> type) & 1) != 0;
+}
+
 // A caller may hand over a Variant that only refers to a typed variable of its own (VT_BYREF).
 // Reading and assigning go through such a reference: type() is the variable's type, and assign()
 // converts to it, as the language's own assignment does.
 class Variant {
  public:
-  Variant() noexcept { VariantInit(&value_); }
+  Variant() noexcept { value_.vt = VT_EMPTY; }
   Variant(Boolean value) noexcept : Variant(OfType{VT_BOOL}) { value_.boolVal = value; }
   Variant(Byte value) noexcept : Variant(OfType{VT_UI1}) { value_.bVal = value; }
   Variant(Integer value) noexcept : Variant(OfType{VT_I2}) { value_.iVal = value; }
@@ -33,13 +48,21 @@ class Variant {
   Variant(Array<Element> value) noexcept : Variant(OfType{VT_ARRAY | ArrayElement<Element>::type}) {
     value_.parray = value.release();
   }
-  Variant(const Variant& other) : Variant() { check(VariantCopyInd(&value_, other.raw())); }
+  Variant(const Variant& other) : Variant() {
+    if (is_plain(other.value_.vt)) {
+      value_ = other.value_;
+    } else {
+      check(VariantCopyInd(&value_, other.raw()));
+    }
+  }
   Variant(Variant&& other) noexcept : value_(other.value_) { other.value_.vt = VT_EMPTY; }
   Variant& operator=(Variant other) noexcept {
     std::swap(value_, other.value_);
     return *this;
   }
-  ~Variant() { VariantClear(&value_); }
+  ~Variant() {
+    if (!is_plain(value_.vt)) VariantClear(&value_);
+  }
 
   static Variant null() noexcept { return Variant(OfType{VT_NULL}); }
   // What stands for an optional argument that was left out.

@@ -21,15 +21,16 @@ HRESULT report_current_exception(const IID& interface_id) noexcept;
 HRESULT report_not_built(const IID& interface_id) noexcept;
 
 // Keeps an object alive while one of its methods runs: what the method calls may release it.
+template <class Held>
 class Hold {
  public:
-  explicit Hold(IUnknown& object) noexcept : object_(object) { object_.AddRef(); }
+  explicit Hold(Held& object) noexcept : object_(object) { object_.Held::AddRef(); }
   Hold(const Hold&) = delete;
   Hold& operator=(const Hold&) = delete;
-  ~Hold() { object_.Release(); }
+  ~Hold() { object_.Held::Release(); }
 
  private:
-  IUnknown& object_;
+  Held& object_;
 };
 
 // A caller's variable as the value type that is laid out alike. A null pointer, which no caller of
@@ -144,7 +145,7 @@ class ForwardingObject : public ClassObject<Interface> {
  protected:
   template <class Body>
   HRESULT forward(Body&& body) noexcept {
-    const Hold hold(static_cast<Interface&>(*this));
+    const Hold<ClassObject<Interface>> hold(*this);
     try {
       std::forward<Body>(body)();
       return S_OK;
