@@ -113,26 +113,33 @@ def table(sections, where):
 
 
 def chart(sections, where, path):
-    names, values, colors = [], [], []
     shades = {True: "#2b7a4b", False: "#b5542a", None: "#7a8694"}
-    for heading, _, rows in sections:
+    labels, bars, headings = [], [], []
+    for heading, peer, rows in sections:
+        headings.append(len(labels))
+        labels.append(f"{heading}; peer: {peer}")
         for row in rows:
-            names.append(f"{heading}: {row.what}")
-            values.append(row.times_better)
-            colors.append(shades[row.is_reached])
+            bars.append((len(labels), row.times_better - 1, shades[row.is_reached]))
+            labels.append(row.what)
     matplotlib.rcParams.update({"svg.hashsalt": "qvrtlib", "svg.fonttype": "none", "font.size": 7})
-    figure, axes = plt.subplots(figsize=(9, 1 + 0.14 * len(names)), layout="constrained")
-    places = range(len(names))
-    axes.barh(places, [value - 1 for value in values], left=1, color=colors, height=0.7)
-    axes.set_yticks(places, names)
-    axes.set_ylim(len(names), -1)
+    figure, axes = plt.subplots(figsize=(9, 1 + 0.14 * len(labels)), layout="constrained")
+    places, lengths, colors = zip(*bars)
+    axes.barh(places, lengths, left=1, color=colors, height=0.7)
+    ticks = axes.set_yticks(range(len(labels)), labels)
+    for place in headings:
+        ticks[place].label1.set_fontweight("bold")
+    axes.tick_params(axis="y", length=0)
+    axes.set_ylim(len(labels), -1)
     axes.set_xscale("log")
+    axes.xaxis.set_major_formatter(lambda times, _: f"{times:g} x")
+    axes.tick_params(axis="x", top=True, labeltop=True)
     axes.axvline(1, color="black", linewidth=0.6)
     axes.grid(axis="x", linewidth=0.3)
+    axes.set_axisbelow(True)
     axes.set_xlabel(
         "times better than the peer; green: goal reached, brown: goal missed, grey: no goal"
     )
-    axes.set_title(f"QvRtLib beside its peers ({where})", fontsize=8)
+    figure.suptitle(f"QvRtLib beside its peers ({where})", fontsize=8)
     figure.savefig(path, metadata={"Date": None})
 
 
