@@ -57,7 +57,7 @@ HRESULT give_to_variable(VARIANT& variable, VARIANT& value, const VARIANT& befor
 
 // A VARIANT that clears itself.
 struct Holder : VARIANT {
-  Holder() noexcept { vt = VT_EMPTY; }
+  Holder() noexcept : VARIANT{} {}
   Holder(const Holder&) = delete;
   Holder& operator=(const Holder&) = delete;
   ~Holder() {

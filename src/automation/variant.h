@@ -27,7 +27,7 @@ constexpr bool is_plain(VARTYPE type) noexcept {
 // converts to it, as the language's own assignment does.
 class Variant {
  public:
-  Variant() noexcept { value_.vt = VT_EMPTY; }
+  Variant() noexcept : value_{} {}
   Variant(Boolean value) noexcept : Variant(OfType{VT_BOOL}) { value_.boolVal = value; }
   Variant(Byte value) noexcept : Variant(OfType{VT_UI1}) { value_.bVal = value; }
   Variant(Integer value) noexcept : Variant(OfType{VT_I2}) { value_.iVal = value; }
