@@ -139,7 +139,16 @@ Coded code_with_peer(const std::vector<std::span<const std::uint8_t>>& blocks, c
   return coded;
 }
 
-void bench_file(const std::string& name, const Bytes& data, cpr::DataType type) {
+// What a group is; the goals for its size go by that, not by the mode that it is coded in.
+enum class Content { prose, program, zeros, other };
+
+Goal size_goal(Content content, cpr::Effort effort) {
+  if (effort == cpr::Effort::standard) return at_most(content == Content::prose ? 0.98 : 1);
+  return at_most(content == Content::program ? 0.985 : 0.97);
+}
+
+// Returns how many times as fast as the peer's our expansion is.
+double bench_file(const std::string& name, const Bytes& data, Content content, cpr::DataType type) {
   const auto blocks = blocks_of(data);
   const double megabytes = static_cast<double>(data.size()) / 1e6;
   const std::string title = name + (type == cpr::DataType::text ? ", text" : ", binary");
@@ -155,9 +164,7 @@ void bench_file(const std::string& name, const Bytes& data, cpr::DataType type) 
     const auto our_bytes = static_cast<double>(ours.bytes);
     const auto peers_bytes = static_cast<double>(peer.bytes);
     print_row(what.c_str(), our_bytes, peers_bytes, "bytes", our_bytes / peers_bytes,
-              at_most(is_standard                   ? 1
-                      : type == cpr::DataType::text ? 0.97
-                                                    : 0.985));
+              size_goal(content, effort));
   }
   Bytes output(kBlockBytes);
   static std::array<char, kPeerWorkBytes> work;
@@ -182,7 +189,8 @@ void bench_file(const std::string& name, const Bytes& data, cpr::DataType type) 
         }
       });
   print_row((title + ", expand").c_str(), megabytes / time.ours_s, megabytes / time.peers_s, "MB/s",
-            time.time_ratio, at_least(2.5));
+            time.time_ratio);
+  return time.time_ratio;
 }
 
 void bench_crc(std::size_t size) {
@@ -234,24 +242,39 @@ int main(int count, char** arguments) {
   std::setvbuf(stdout, nullptr, _IOLBF, 0);
   print_heading("CRC-32", "libdeflate");
   for (const std::size_t size : {std::size_t{32767}, std::size_t{1} << 20}) bench_crc(size);
-  std::vector<std::pair<std::string, Bytes>> files;
+  struct Group {
+    std::string name;
+    Bytes data;
+    Content content = Content::other;
+  };
+  std::vector<Group> groups;
   for (int i = 1; i < count; ++i) {
     const std::string name = arguments[i];
-    files.emplace_back(name.substr(name.rfind('/') + 1), read_file(name));
+    groups.push_back({name.substr(name.rfind('/') + 1), read_file(name)});
   }
-  if (files.empty()) {
-    files.emplace_back("GPL-3", read_file("/usr/share/common-licenses/GPL-3"));
-    files.emplace_back("program", read_file("/proc/self/exe"));
-    files.emplace_back("log", made_up_log());
-    files.emplace_back("zeros", Bytes(1 << 20));
+  if (groups.empty()) {
+    groups.push_back({"GPL-3", read_file("/usr/share/common-licenses/GPL-3"), Content::prose});
+    groups.push_back({"program", read_file("/proc/self/exe"), Content::program});
+    groups.push_back({"log", made_up_log()});
+    groups.push_back({"zeros", Bytes(1 << 20), Content::zeros});
   }
   print_heading("Block coder", "pklib as StormLib has it");
-  for (const auto& [name, data] : files) {
+  double logs = 0;
+  unsigned expansions = 0;
+  for (const auto& [name, data, content] : groups) {
     if (data.empty()) {
       std::printf("%s: not readable or empty, left out\n", name.c_str());
       continue;
     }
-    bench_file(name, data, cpr::DataType::binary);
-    bench_file(name, data, cpr::DataType::text);
+    for (const auto type : {cpr::DataType::binary, cpr::DataType::text}) {
+      const double ratio = bench_file(name, data, content, type);
+      // Nothing but copying: it would lift the mean beyond what any file has.
+      if (content == Content::zeros) continue;
+      logs += std::log(ratio);
+      ++expansions;
+    }
   }
+  if (expansions == 0) return 1;
+  const double mean = std::exp(logs / expansions);
+  print_row("expand, geometric mean without zeros", mean, 1, "x", mean, at_least(2.5));
 }

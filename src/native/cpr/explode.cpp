@@ -18,19 +18,17 @@ using namespace block_format;
 constexpr unsigned kTokenBits = 10;
 constexpr unsigned kTailBits = 1 + kLongestLiteralCode - kTokenBits;
 
-enum class TokenKind : std::uint8_t { literal, length, long_length, tail };
-
 struct Token {
-  std::uint16_t value : 12;      // character, length, or the tail's first entry in the second table
-  std::uint16_t extra_bits : 4;  // still to come, of a long length
-  std::uint8_t bits;             // taken by the token, flag included
-  TokenKind kind;
+  std::uint16_t value;  // character, length, or the tail's first entry in the second table
+  std::uint8_t bits;    // taken by the token, from its flag to its extra bits
+  std::uint8_t kind;    // one of these, or how many of the bits are extra ones not looked at yet
 };
-static_assert(sizeof(Token) == 4);
+constexpr std::uint8_t kLiteral = 0x80;
+constexpr std::uint8_t kTail = 0x40;
 
-constexpr Token make_token(TokenKind kind, unsigned value, unsigned bits, unsigned extra_bits = 0) {
-  return {static_cast<std::uint16_t>(value & 0xFFF), static_cast<std::uint16_t>(extra_bits & 0xF),
-          static_cast<std::uint8_t>(bits), kind};
+constexpr Token make_token(std::size_t kind, std::size_t value, unsigned bits) {
+  return {static_cast<std::uint16_t>(value), static_cast<std::uint8_t>(bits),
+          static_cast<std::uint8_t>(kind)};
 }
 
 // Sets every entry of the table that the pattern is the beginning of.
@@ -50,12 +48,12 @@ constexpr void add_lengths(TokenTable& table) {
     const unsigned pattern = 1u | (unsigned{code.pattern} << 1);
     if (code_bits + extra_bits > kTokenBits) {
       spread(table, 0, table.size(), pattern, code_bits,
-             make_token(TokenKind::long_length, kLengthBase[symbol], code_bits, extra_bits));
+             make_token(extra_bits, kLengthBase[symbol], code_bits + extra_bits));
       continue;
     }
     for (unsigned extra = 0; extra < 1u << extra_bits; ++extra) {
       spread(table, 0, table.size(), pattern | (extra << code_bits), code_bits + extra_bits,
-             make_token(TokenKind::length, kLengthBase[symbol] + extra, code_bits + extra_bits));
+             make_token(0, kLengthBase[symbol] + extra, code_bits + extra_bits));
     }
   }
 }
@@ -64,7 +62,7 @@ consteval TokenTable make_binary_tokens() {
   TokenTable table{};
   add_lengths(table);
   for (unsigned character = 0; character < 256; ++character) {
-    spread(table, 0, table.size(), character << 1, 9, make_token(TokenKind::literal, character, 9));
+    spread(table, 0, table.size(), character << 1, 9, make_token(kLiteral, character, 9));
   }
   return table;
 }
@@ -85,14 +83,14 @@ consteval TextTables make_text_tables() {
     const Code code = kLiteralCodes[character];
     const unsigned bits = 1u + code.bits;
     const std::size_t pattern = std::size_t{code.pattern} << 1;
-    const Token literal = make_token(TokenKind::literal, character, bits);
+    const Token literal = make_token(kLiteral, character, bits);
     if (bits <= kTokenBits) {
       spread(tables.tokens, 0, tables.tokens.size(), pattern, bits, literal);
       continue;
     }
     Token& entry = tables.tokens[pattern & (tables.tokens.size() - 1)];
-    if (entry.kind != TokenKind::tail) {
-      entry = make_token(TokenKind::tail, static_cast<unsigned>(tails), kTokenBits);
+    if (entry.kind != kTail) {
+      entry = make_token(kTail, tails, kTokenBits);
       tails += kTailEntries;
     }
     spread(tables.tails, entry.value, kTailEntries, pattern >> kTokenBits, bits - kTokenBits,
@@ -103,7 +101,7 @@ consteval TextTables make_text_tables() {
 
 struct Distance {
   std::uint8_t symbol;
-  std::uint8_t bits;
+  std::uint8_t bits;  // of its code
 };
 
 consteval std::array<Distance, 1u << kLongestDistanceCode> make_distances() {
@@ -121,8 +119,12 @@ constexpr TokenTable kBinaryTokens = make_binary_tokens();
 constexpr TextTables kTextTables = make_text_tables();
 constexpr auto kDistances = make_distances();
 
+constexpr bool takes_bits(Token token) { return token.bits != 0; }
+static_assert(std::ranges::all_of(kBinaryTokens, takes_bits));
+static_assert(std::ranges::all_of(kTextTables.tokens, takes_bits));
+
 constexpr std::ptrdiff_t kWordBytes = 8;
-constexpr std::ptrdiff_t kCopyStep = 16;
+constexpr std::ptrdiff_t kCopyStep = 2 * kWordBytes;
 
 // Bits of the input, first bit lowest. Past the input's end there are zeros, and `overrun` tells
 // that some were used.
@@ -155,12 +157,6 @@ class BitReader {
     count_ -= static_cast<int>(bits);
   }
 
-  std::size_t take(unsigned bits) {
-    const std::size_t value = peek(bits);
-    skip(bits);
-    return value;
-  }
-
   bool overrun() const { return count_ < 0; }
 
  private:
@@ -173,13 +169,10 @@ class BitReader {
 // Copies `length` bytes from `distance` back; may write up to kCopyStep - 1 bytes more.
 void copy_with_slack(std::uint8_t* to, std::size_t distance, std::size_t length) {
   const std::uint8_t* from = to - distance;
-  if (distance >= kCopyStep) {
+  if (distance >= kWordBytes) {
     for (std::size_t done = 0; done < length; done += kCopyStep) {
-      std::memcpy(to + done, from + done, kCopyStep);
-    }
-  } else if (distance >= kWordBytes) {
-    for (std::size_t done = 0; done < length; done += kWordBytes) {
       std::memcpy(to + done, from + done, kWordBytes);
+      std::memcpy(to + done + kWordBytes, from + done + kWordBytes, kWordBytes);
     }
   } else if (distance == 1) {
     std::memset(to, *from, length);
@@ -227,26 +220,26 @@ class Decoder {
     while (in.has_word() && end_ - out >= 3) {
       in.refill_by_word();
       Token token = look_up(tokens, in);
-      if (token.kind == TokenKind::literal) {
+      if (token.kind == kLiteral) {
         in.skip(token.bits);
         *out++ = static_cast<std::uint8_t>(token.value);
         token = look_up(tokens, in);
-        if (token.kind == TokenKind::literal) {
+        if (token.kind == kLiteral) {
           in.skip(token.bits);
           *out++ = static_cast<std::uint8_t>(token.value);
           token = look_up(tokens, in);
-          if (token.kind == TokenKind::literal) {
+          if (token.kind == kLiteral) {
             in.skip(token.bits);
             *out++ = static_cast<std::uint8_t>(token.value);
             continue;
           }
         }
       }
-      if (token.kind == TokenKind::tail) {
+      if (token.kind == kTail) {
         put_tail(in, out, token);
         continue;
       }
-      step = put_match(in, out, token);
+      step = put_match<false>(in, out, token);
       if (step != Step::go_on) break;
     }
     in_ = in;
@@ -258,12 +251,10 @@ class Decoder {
   Step one_token(const TokenTable& tokens) {
     in_.refill_by_bytes();
     const Token token = look_up(tokens, in_);
-    if (token.kind == TokenKind::length || token.kind == TokenKind::long_length) {
-      return put_match(in_, out_, token);
-    }
+    if (token.kind < kTail) return put_match<true>(in_, out_, token);
     if (out_ == end_) return Step::damaged;
     std::uint8_t* const before = out_;
-    if (token.kind == TokenKind::literal) {
+    if (token.kind == kLiteral) {
       in_.skip(token.bits);
       *out_++ = static_cast<std::uint8_t>(token.value);
     } else {
@@ -283,19 +274,19 @@ class Decoder {
     *out++ = static_cast<std::uint8_t>(literal.value);
   }
 
+  template <bool may_overrun>
   Step put_match(BitReader& in, std::uint8_t*& out, Token token) const {
+    const std::size_t length = token.value + (in.peek(token.bits) >> (token.bits - token.kind));
     in.skip(token.bits);
-    std::size_t length = token.value;
-    if (token.kind == TokenKind::long_length) {
-      length += in.take(token.extra_bits);
-      if (length == kEndMark) return in.overrun() ? Step::damaged : Step::end_mark;
-    }
+    if (length == kEndMark) return may_overrun && in.overrun() ? Step::damaged : Step::end_mark;
     const Distance code = kDistances[in.peek(kLongestDistanceCode)];
-    in.skip(code.bits);
     const unsigned low_bits = length == kShortestMatch ? kPairDistanceBits : dictionary_code_;
-    const std::size_t distance = ((std::size_t{code.symbol} << low_bits) | in.take(low_bits)) + 1;
+    const std::size_t low = in.peek(code.bits + low_bits) >> code.bits;
+    const std::size_t distance = ((std::size_t{code.symbol} << low_bits) | low) + 1;
+    in.skip(code.bits + low_bits);
     const auto room = static_cast<std::size_t>(end_ - out);
-    if (in.overrun() || distance > static_cast<std::size_t>(out - begin_) || length > room) {
+    if ((may_overrun && in.overrun()) || distance > static_cast<std::size_t>(out - begin_) ||
+        length > room) {
       return Step::damaged;
     }
     if (room - length >= kCopyStep) {

@@ -144,6 +144,49 @@ TEST(Implode, smallest_is_never_larger_over_samples) {
   }
 }
 
+// The bytes of the smallest block there can be: of every length at every position the nearest
+// match.
+std::size_t fewest_bytes(const Bytes& original, DataType type) {
+  using namespace block_format;
+  const auto length_bits = [](std::size_t length) {
+    std::size_t symbol = 0;
+    while (length < kLengthBase[symbol] ||
+           (length - kLengthBase[symbol]) >> kLengthExtraBits[symbol])
+      ++symbol;
+    return 1u + kLengthCodeBits[symbol] + kLengthExtraBits[symbol];
+  };
+  std::vector<unsigned> bits(original.size() + 1);
+  for (std::size_t i = original.size(); i-- > 0;) {
+    bits[i] = bits[i + 1] + 1 + (type == DataType::text ? kLiteralCodeBits[original[i]] : 8);
+    const std::size_t limit = std::min<std::size_t>(kLongestMatch, original.size() - i);
+    std::size_t longest = 1;
+    for (std::size_t back = 0; longest < limit && back < std::min(i, kLargestDictionary); ++back) {
+      std::size_t length = 0;
+      while (length < limit && original[i + length] == original[i + length - back - 1]) ++length;
+      for (std::size_t some = longest + 1; some <= length; ++some) {
+        const unsigned low_bits = some == kShortestMatch ? kPairDistanceBits : 6;
+        if (back >> low_bits >= kDistanceSymbols) continue;
+        bits[i] = std::min(bits[i], bits[i + some] + length_bits(some) +
+                                        kDistanceCodeBits[back >> low_bits] + low_bits);
+      }
+      longest = std::max(longest, length);
+    }
+  }
+  return kHeadBytes + (bits[0] + length_bits(kEndMark) + 7) / 8;
+}
+
+TEST(Implode, smallest_of_a_text_is_within_a_thousandth_of_the_fewest_bytes) {
+  for (unsigned seed = 1; seed <= 3; ++seed) {
+    const Bytes sample = testing::wordy_bytes(6000, seed);
+    for (const DataType type : {DataType::binary, DataType::text}) {
+      const std::size_t packed_bytes = imploded(sample, type, Effort::smallest).size();
+      const std::size_t fewest = fewest_bytes(sample, type);
+      EXPECT_GE(packed_bytes, fewest);
+      EXPECT_LE(packed_bytes, fewest + 1 + fewest / 1000);
+    }
+  }
+}
+
 TEST(Implode, western_text_is_smaller_as_text) {
   const Bytes original = testing::wordy_bytes(2000);
   EXPECT_LT(imploded(original, DataType::text).size(), imploded(original, DataType::binary).size());
