@@ -16,9 +16,11 @@
 namespace qv::tests {
 namespace {
 
-// Tests that load the library anew, register it, call everything with whatever comes (it keeps a
-// text a thread), or watch the allocations themselves; those of calls between apartments, for which
-// the platform keeps objects, and those that need all objects gone.
+// Tests that load or register the library anew, watch the allocations themselves, or call
+// everything with whatever comes (an error record keeps its Caption when it is reset); those of
+// calls between apartments, for which the platform keeps objects and type libraries; and those
+// that, after these, would wait in vain for all objects to be gone: Frame_Unloading, EntryPoints
+// and Threads.
 constexpr const char* kNotWatched =
     "Frame_Loading*:Frame_Leaks*:Frame_Concurrency*:Frame_Registration*:Frame_SideBySide*:"
     "*Frame_RandomCalls*:*Frame_ShortMemory*:*Frame_MisalignedCalls*:Frame_Apartments*:"

@@ -14,7 +14,7 @@ jobs_started+=($!)
 
 # told LINE: waits until the application has printed a line that matches.
 told() {
-  for _ in $(seq 100); do
+  for _ in $(seq 600); do
     tr -d '\r' < "$work/out" | grep -qx "$1" && return
     sleep 0.1
   done
