@@ -50,8 +50,9 @@ def copy_programs(bits, folder):
 
 
 def copy_documents(folder):
-    for name in ("README.md", "LICENSE", "CHANGELOG.md"):
-        shutil.copy(REPOSITORY / name, folder)
+    (folder / "docs").mkdir()
+    for name in ("README.md", "LICENSE", "CHANGELOG.md", "docs/benchmarks.md", "docs/benchmarks.svg"):
+        shutil.copy(REPOSITORY / name, folder / name)
     shutil.copytree(REPOSITORY / "examples", folder / "examples")
     make_reference.main(folder / "reference")
 

@@ -165,7 +165,7 @@ class Package(unittest.TestCase):
             "x86/qvarc.exe", "x86/qvbag.exe", "x86/qvflt.exe", "x64/qvarc.exe", "x64/qvbag.exe", "x64/qvflt.exe",
             "x86/QvRtLibOle.dll", "x86/QvRtLibOle.tlb", "x86/QvRtLib.manifest",
             "x64/QvRtLibOle.dll", "x64/QvRtLibOle.tlb", "x64/QvRtLib.manifest", "include/QvRtLibOle.h", "register-user.cmd", "unregister-user.cmd",
-            "register-machine.cmd", "unregister-machine.cmd", "README.md", "LICENSE", "CHANGELOG.md",
+            "register-machine.cmd", "unregister-machine.cmd", "README.md", "LICENSE", "CHANGELOG.md", "docs/benchmarks.md",
             "reference/index.html", "reference/KwRtLib/Buffer_Put.html", "examples/packed_records.vbs",
         ):
             self.assertIn(name, names)
